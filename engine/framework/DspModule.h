@@ -1,0 +1,88 @@
+// The signal unit every sound and modulation unit derives from.
+//
+// Evaluation is pulled and memoised per block: update(tick) first updates the unit's inputs for the
+// same tick (depth first, in input order) and then computes. A unit updated twice for the same tick
+// computes once, however many consumers read it; a unit asked for the tick it is still computing
+// (a feedback loop) returns what it has, which is its previous block.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace tolvane {
+
+class ModuleGraph;
+
+enum class OutputKind { Scalar, Block, Quad };
+
+class DspModule {
+public:
+    static constexpr int kMaxInputs = 8;
+
+    explicit DspModule(ModuleGraph& graph, OutputKind kind = OutputKind::Scalar, int numInputs = 0);
+    virtual ~DspModule();
+    DspModule(const DspModule&) = delete;
+    DspModule& operator=(const DspModule&) = delete;
+
+    virtual void reset(int tick);
+    virtual void update(int tick);
+    virtual void setSampleRate(float rate);
+    virtual void setBlockSize(int size);
+    virtual void sampleRateChanged() {}
+    virtual void blockSizeChanged() {}
+    virtual void clearOutput();
+    virtual void resetInputs(int tick);
+    virtual void updateInputs(int tick);
+    virtual void onReset() {}
+    virtual void compute() {}
+
+    // Inputs are plain, unowned pointers; a container wires them (null when unconnected).
+    int numInputs() const { return numInputs_; }
+    DspModule* input(int k) const { return inputs_[static_cast<std::size_t>(k)]; }
+    virtual void setInput(int k, DspModule* source) { inputs_[static_cast<std::size_t>(k)] = source; }
+
+    OutputKind outputKind() const { return kind_; }
+    float value() const { return scalar_; }
+    const float* block() const { return block_.data(); }
+    float* block() { return block_.data(); }
+    const float* quad() const { return quad_.data(); }
+
+    ModuleGraph& owner() const { return *owner_; }
+    float sampleRate() const { return sampleRate_; }
+    float blockRate() const { return blockRate_; }
+    int blockSize() const { return blockSize_; }
+    int lastTick() const { return lastTick_; }
+
+protected:
+    // The first value of an input's output: its scalar, or the first sample or coefficient.
+    static float controlValue(const DspModule* m) {
+        switch (m->kind_) {
+            case OutputKind::Scalar: return m->scalar_;
+            case OutputKind::Block: return m->block_.empty() ? 0.0f : m->block_[0];
+            case OutputKind::Quad: return m->quad_[0];
+        }
+        return 0.0f;
+    }
+    float inputValue(int k) const { return controlValue(inputs_[static_cast<std::size_t>(k)]); }
+    const float* inputBlock(int k) const { return inputs_[static_cast<std::size_t>(k)]->block(); }
+
+    ModuleGraph* owner_;
+    float sampleRate_;
+    float blockRate_;
+    int blockSize_;
+    int lastTick_ = -1;
+    float scalar_ = 0.0f;
+    std::vector<float> block_;
+    std::array<float, 4> quad_{};
+
+private:
+    friend class ModuleGraph;
+    DspModule* prevInGraph_ = nullptr;
+    DspModule* nextInGraph_ = nullptr;
+    OutputKind kind_;
+    int numInputs_;
+    std::array<DspModule*, kMaxInputs> inputs_{};
+};
+
+}  // namespace tolvane
