@@ -1,0 +1,90 @@
+// The parameter table: for each of the 176 parameters its names, its display formatter, its value
+// in the init program and, for parameters that choose among options or steps, the count N.
+//
+// The table owns the sixteen value mappings and the shared formatters built on them. The six
+// tempo-aware displays (LFO modes and speeds, delay sync and time) describe live module state and
+// belong to the plug-in object; the table answers nullptr for them. The setters that carry a
+// value to the engine are not here either: the plug-in object owns those.
+#pragma once
+
+#include "params/Formatters.h"
+#include "params/Mappings.h"
+#include "params/ParameterIds.h"
+
+namespace tolvane {
+
+class ParameterTable {
+public:
+    ParameterTable();
+    // Formatters refer to the mappings inside this object.
+    ParameterTable(const ParameterTable&) = delete;
+    ParameterTable& operator=(const ParameterTable&) = delete;
+
+    const ValueMappings& mappings() const { return mappings_; }
+
+    // Empty texts and nullptr for indices outside 0..175.
+    const char* longName(int index) const;
+    const char* shortName(int index) const;
+    const ValueFormatter* formatter(int index) const;
+
+    // Stored value in the init program for 0..143; 0 for other indices.
+    float initValue(int index) const;
+
+    // Options or steps of a quantised parameter (2 for switches); 0 for continuous parameters,
+    // for the semitone-valued pitches and for reserved indices.
+    int steps(int index) const;
+
+    // LFO1/LFO2 mode and speed, delay tempo sync and delay time.
+    static bool isTempoAware(int index);
+
+private:
+    void assign(int first, int last, const ValueFormatter* formatter, int steps);
+
+    ValueMappings mappings_;
+
+    OptionFormatter offOn_{options::offOn};
+    OptionFormatter bypassOn_{options::bypassOn};
+    OptionFormatter oscWaveforms_{options::oscWaveforms};
+    OptionFormatter osc1Connections_{options::osc1Connections};
+    OptionFormatter osc2Connections_{options::osc2Connections};
+    OptionFormatter filterTypes_{options::filterTypes};
+    OptionFormatter saturationCurves_{options::saturationCurves};
+    OptionFormatter filterConnections_{options::filterConnections};
+    OptionFormatter ampConnections_{options::ampConnections};
+    OptionFormatter attackCurves_{options::attackCurves};
+    OptionFormatter decayCurves_{options::decayCurves};
+    OptionFormatter lfoWaveforms_{options::lfoWaveforms};
+    OptionFormatter feedbackConnections_{options::feedbackConnections};
+    OptionFormatter modSources_{options::modSources};
+    OptionFormatter modSensSources_{options::modSensSources};
+    OptionFormatter modDestinations_{options::modDestinations};
+    OptionFormatter bendRanges_{options::bendRanges};
+    OptionFormatter midiChannels_{options::midiChannels};
+    OptionFormatter controllerNames_{options::controllerNames};
+
+    PercentFormatter percent_{mappings_.unit, false};
+    PercentFormatter keyFollowPercent_{mappings_.doubled, false};
+    PercentFormatter levelPercent_{mappings_.levelCurve, false};
+    PercentFormatter signedPercent_{mappings_.signedUnit, true};
+    WidePercentFormatter depthPercent_{mappings_.bipolarSquare, true};
+    WidePercentFormatter saturationPercent_{mappings_.saturation, false};
+    WidePercentFormatter overdrivePercent_{mappings_.overdrive, false};
+    FilteredFormatter noiseFiltered_{mappings_.unit};
+    CentFormatter detuneCents_{mappings_.signedUnit, true};
+    CentFormatter voiceDetuneCents_{mappings_.unit, false};
+    SemitoneFormatter semitones_{mappings_.semitone};
+    CutoffFormatter cutoff_{mappings_.cutoffNote};
+    UnitFormatter attackSeconds_{mappings_.attackTime, " sec"};
+    UnitFormatter decaySeconds_{mappings_.decayTime, " sec"};
+    UnitFormatter cutHz_{mappings_.cutFrequency, " Hz"};
+    UnitFormatter rateHz_{mappings_.rate, " Hz"};
+    VoicesFormatter voices_;
+    PortamentoFormatter portamento_{mappings_.portamentoCurve};
+    ReservedFormatter reserved_;
+    MapParameterFormatter mapParameter_;
+
+    const ValueFormatter* formatters_[kNumParameters] = {};
+    int steps_[kNumParameters] = {};
+};
+
+}  // namespace tolvane

@@ -1,0 +1,85 @@
+#include "params/FactoryBank.h"
+
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "params/ParameterTable.h"
+
+namespace tolvane {
+namespace {
+
+using namespace param;
+
+std::string displayOf(const ParameterTable& table, const ProgramRecord& program, int index) {
+    char text[kFormatterTextSize];
+    table.formatter(index)->display(program.values[index], text);
+    return text;
+}
+
+TEST(FactoryBank, FirstProgramReadsAsDesigned) {
+    ParameterTable table;
+    const ProgramRecord& p = factoryProgram(0);
+    EXPECT_STREQ(p.name, "Lavender Myst");
+    struct Reading {
+        int index;
+        const char* display;
+    };
+    const Reading readings[] = {
+        {Osc1Waveform, "PulseM"}, {Osc2Waveform, "PulseM"}, {FilterOn, "On"},          {FilterType, "LP12"},
+        {FilterSaturationCurve, "Soft"}, {NumberOfVoices, "8"}, {Unison, "Off"},      {EffectOn, "On"},
+        {EffectFeedbackConnection, "Cross"}, {Portamento, "Off"}, {ModSource1, "ctl1"},
+        {ModSource1 + 1, "ctl1"}, {ModSource1 + 2, "-"}, {ModSensSource1, "-"}, {ModDestination1, "Pitch1"},
+        {ModDestination1 + 1, "Pitch2"}, {ModDestination1 + 2, "-"}, {PitchBendRange, "2"}, {MidiChannel, "OMNI"},
+        {Osc1Pitch, "+0"}, {Lfo1Waveform, "s-----"}, {Lfo2Waveform, "-----R"},
+    };
+    for (const Reading& r : readings) EXPECT_EQ(displayOf(table, p, r.index), r.display) << table.longName(r.index);
+    EXPECT_FLOAT_EQ(p.values[FilterCutoff], 0.485f);
+    EXPECT_FLOAT_EQ(p.values[OutputVolume], 0.683f);
+}
+
+TEST(FactoryBank, NamesAndInitSlots) {
+    ParameterTable table;
+    EXPECT_STREQ(factoryProgram(63).name, "Infinity");
+    EXPECT_STREQ(factoryProgram(1).name, "Blue Dragon");
+    EXPECT_STREQ(factoryProgram(6).name, "PWM Vivrato Strings");
+    EXPECT_STREQ(factoryProgram(62).name, "Quasar 3C 273");
+    std::set<std::string> designed;
+    for (int p = 0; p < kNumDesignedPrograms; ++p) designed.insert(factoryProgram(p).name);
+    EXPECT_EQ(designed.size(), static_cast<size_t>(kNumDesignedPrograms)) << "designed names are distinct";
+
+    for (int p = 0; p < kNumPrograms; ++p) {
+        const ProgramRecord& record = factoryProgram(p);
+        if (p >= kNumDesignedPrograms) {
+            ASSERT_STREQ(record.name, "InitProg") << p;
+        }
+        // Zero-terminated and zero-padded.
+        size_t length = std::char_traits<char>::length(record.name);
+        ASSERT_LT(length, sizeof record.name);
+        for (size_t i = length; i < sizeof record.name; ++i) ASSERT_EQ(record.name[i], '\0') << p;
+        for (int i = 0; i < kNumProgramValues; ++i) {
+            ASSERT_GE(record.values[i], 0.0f) << p << "/" << i;
+            ASSERT_LE(record.values[i], 1.0f) << p << "/" << i;
+            if (i >= kFirstReserved) {
+                ASSERT_EQ(record.values[i], 0.0f) << p << "/" << i;
+            }
+            if (p >= 1) {
+                ASSERT_EQ(record.values[i], table.initValue(i)) << p << "/" << i;
+            }
+        }
+    }
+    EXPECT_STREQ(factoryProgram(127).name, "InitProg");
+    EXPECT_STREQ(factoryProgram(128).name, "InitProg");
+    EXPECT_STREQ(factoryProgram(511).name, "InitProg");
+    // The first program differs from the init program.
+    EXPECT_NE(factoryProgram(0).values[Osc1Waveform], table.initValue(Osc1Waveform));
+
+    const ProgramRecord& init = factoryProgram(300);
+    EXPECT_EQ(displayOf(table, init, Osc1Waveform), "SinM");
+    EXPECT_EQ(displayOf(table, init, NumberOfVoices), "8");
+    EXPECT_EQ(displayOf(table, init, FilterOn), "On");
+}
+
+}  // namespace
+}  // namespace tolvane
