@@ -344,20 +344,5 @@ TEST(FileWriters, WhatIsSavedAlwaysLoadsAgain) {
     EXPECT_EQ(back.values[3], 0.5f);
 }
 
-TEST(FileResult, StatusTexts) {
-    struct { FileResult r; const char* first; const char* second; } cases[] = {
-        {FileResult::Ok, "", ""},
-        {FileResult::CannotLoad, "File I/O error", "Cannot load file"},
-        {FileResult::InvalidFormat, "File I/O error", "Invalid format"},
-        {FileResult::UnknownVersion, "File I/O error", "Unknown file ver."},
-        {FileResult::CannotSave, "File I/O error", "Cannot save file"},
-        {FileResult::NoDialog, "File I/O error", "No file dialog"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(fileResultFirstLine(c.r), c.first);
-        EXPECT_STREQ(fileResultSecondLine(c.r), c.second);
-    }
-}
-
 }  // namespace
 }  // namespace tolvane
