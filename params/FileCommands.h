@@ -1,0 +1,67 @@
+// The file menu's six commands: load and save a program, a bank or the controller maps, with the
+// dialogs, the checks and the status lines that go with them.
+#pragma once
+
+#include <string>
+
+#include "params/FileDialogs.h"
+#include "params/FileResult.h"
+#include "params/ParameterIds.h"
+#include "params/ProgramFiles.h"
+#include "params/ProgramRecord.h"
+
+namespace tolvane {
+
+// The editor sends these through the plug-in's program selection.
+enum FileCommand : int {
+    kCommandLoadProgram = -3,
+    kCommandLoadBank = -4,
+    kCommandLoadControllerMap = -5,
+    kCommandSaveProgram = -6,
+    kCommandSaveBank = -7,
+    kCommandSaveControllerMap = -8,
+};
+
+// What the file commands read from and change in the plug-in.
+class FileCommandTarget {
+public:
+    virtual ~FileCommandTarget() = default;
+    virtual int currentProgram() const = 0;  // 0..511
+    // Runs the setters of parameters 0..143 with the record's values and loads the record, name
+    // included, into the editor; the current program number stays.
+    virtual void applyProgramFromFile(const ProgramRecord& record) = 0;
+    // Stores the values as the controller-map values, runs the setters of parameters 144..175 and
+    // hands the values to the editor.
+    virtual void applyControllerMapsFromFile(const float (&values)[kNumMapValues]) = 0;
+    // Replaces the 128 programs of bank 0..3 (A..D) and applies the current program again.
+    virtual void replaceBank(int bank, const BankPrograms& programs) = 0;
+    virtual void editBuffer(ProgramRecord& out) const = 0;               // what "Save Program..." writes
+    virtual void editMapValues(float (&out)[kNumMapValues]) const = 0;  // what "Save Controller Map..." writes
+    virtual void bankPrograms(int bank, BankPrograms& out) const = 0;    // what "Save Bank..." writes
+    virtual void showStatus(const char* line1, const char* line2) = 0;
+};
+
+class FileCommands {
+public:
+    FileCommands(FileCommandTarget& target, FileDialogs& dialogs) : target_(target), dialogs_(dialogs) {}
+
+    // Runs one of the six commands: asks for a file, then loads or saves it. A cancelled dialog does
+    // nothing and shows nothing. Answers false, doing nothing, for any other command number.
+    bool run(int command);
+
+    // Reads and checks the whole file, then changes the plug-in; a file that fails any check changes
+    // nothing. Shows what was loaded, or why not.
+    FileResult loadFile(FileKind kind, const std::string& path);
+
+    // Writes the file so that an existing file at path is replaced only by a complete new one.
+    FileResult saveFile(FileKind kind, const std::string& path);
+
+private:
+    void showFailure(FileResult result);
+    int currentBank() const;
+
+    FileCommandTarget& target_;
+    FileDialogs& dialogs_;
+};
+
+}  // namespace tolvane

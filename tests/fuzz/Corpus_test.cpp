@@ -1,0 +1,45 @@
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "params/FileStorage.h"
+#include "params/ProgramFiles.h"
+
+namespace tolvane {
+namespace {
+
+// The seeds exist to lead the fuzzers into the deep parts of the readers: each must load.
+TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
+    namespace fs = std::filesystem;
+    const fs::path root = fs::path(TOLVANE_SOURCE_DIR) / "fuzz" / "corpus";
+    int seeds = 0;
+    for (const char* target : {"fuzz_program_reader", "fuzz_bank_reader", "fuzz_controller_map_reader"}) {
+        int inTarget = 0;
+        for (const auto& entry : fs::directory_iterator(root / target)) {
+            FileBytes bytes;
+            ASSERT_EQ(readWholeFile(entry.path().string(), bytes), FileResult::Ok) << entry.path();
+            FileResult result;
+            const std::string name = target;
+            if (name == "fuzz_program_reader") {
+                ProgramRecord r;
+                result = readProgramFile(bytes.data(), bytes.size(), r);
+            } else if (name == "fuzz_bank_reader") {
+                auto bank = std::make_unique<BankPrograms>();
+                result = readBankFile(bytes.data(), bytes.size(), *bank);
+            } else {
+                float maps[kNumMapValues];
+                result = readControllerMapFile(bytes.data(), bytes.size(), maps);
+            }
+            EXPECT_EQ(result, FileResult::Ok) << entry.path();
+            ++inTarget;
+        }
+        EXPECT_GE(inTarget, 2) << target;
+        seeds += inTarget;
+    }
+    EXPECT_EQ(seeds, 7);
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,237 @@
+#include "params/FileCommands.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/params/FileImage.h"
+#include "tests/params/TempFolder.h"
+
+namespace tolvane {
+namespace {
+
+using testing::FileImage;
+using testing::TempFolder;
+using testing::writeContents;
+
+// A plug-in that records what the file commands did to it.
+class FakePlugin : public FileCommandTarget {
+public:
+    int program = 0;
+    std::vector<std::pair<std::string, std::string>> statuses;
+    int programsApplied = 0;
+    ProgramRecord appliedProgram{};
+    int mapsApplied = 0;
+    float appliedMaps[32] = {};
+    int banksReplaced = 0;
+    int replacedBank = -1;
+    std::unique_ptr<BankPrograms> replacedPrograms = std::make_unique<BankPrograms>();
+    ProgramRecord edit{};
+    float editMaps[32] = {};
+    mutable int requestedBank = -1;
+
+    FakePlugin() {
+        edit.setName("Edited");
+        for (int i = 0; i < 144; ++i) edit.values[i] = testing::sampleValue(1, i);
+        for (int i = 0; i < 32; ++i) editMaps[i] = testing::sampleValue(2, i);
+    }
+
+    int currentProgram() const override { return program; }
+    void applyProgramFromFile(const ProgramRecord& r) override {
+        ++programsApplied;
+        appliedProgram = r;
+    }
+    void applyControllerMapsFromFile(const float (&values)[32]) override {
+        ++mapsApplied;
+        std::copy(values, values + 32, appliedMaps);
+    }
+    void replaceBank(int bank, const BankPrograms& programs) override {
+        ++banksReplaced;
+        replacedBank = bank;
+        *replacedPrograms = programs;
+    }
+    void editBuffer(ProgramRecord& out) const override { out = edit; }
+    void editMapValues(float (&out)[32]) const override { std::copy(editMaps, editMaps + 32, out); }
+    void bankPrograms(int bank, BankPrograms& out) const override {
+        requestedBank = bank;
+        for (int p = 0; p < 128; ++p) {
+            out.programs[p].setName(("Bank " + std::to_string(bank) + " #" + std::to_string(p)).c_str());
+            for (int i = 0; i < 144; ++i) out.programs[p].values[i] = testing::sampleValue(p + bank, i);
+        }
+    }
+    void showStatus(const char* line1, const char* line2) override { statuses.emplace_back(line1, line2); }
+
+    bool changed() const { return programsApplied + mapsApplied + banksReplaced > 0; }
+    std::pair<std::string, std::string> lastStatus() const {
+        return statuses.empty() ? std::pair<std::string, std::string>{"(none)", ""} : statuses.back();
+    }
+};
+
+class FakeDialogs : public FileDialogs {
+public:
+    DialogChoice answer = DialogChoice::cancelled();
+    std::vector<std::pair<FileKind, bool>> asked;  // kind, save
+
+    DialogChoice openLoad(FileKind kind) override {
+        asked.emplace_back(kind, false);
+        return answer;
+    }
+    DialogChoice openSave(FileKind kind) override {
+        asked.emplace_back(kind, true);
+        return answer;
+    }
+};
+
+using Status = std::pair<std::string, std::string>;
+
+class FileCommandsTest : public ::testing::Test {
+protected:
+    TempFolder folder;
+    FakePlugin plugin;
+    FakeDialogs dialogs;
+    FileCommands commands{plugin, dialogs};
+
+    std::string writeFile(const std::string& name, const FileBytes& bytes) {
+        std::string path = folder.file(name);
+        writeContents(path, {bytes.begin(), bytes.end()});
+        return path;
+    }
+};
+
+TEST_F(FileCommandsTest, EachCommandAsksForItsFileAndCancelDoesNothing) {
+    struct { int command; FileKind kind; bool save; } cases[] = {
+        {-3, FileKind::Program, false}, {-4, FileKind::Bank, false}, {-5, FileKind::ControllerMap, false},
+        {-6, FileKind::Program, true},  {-7, FileKind::Bank, true},  {-8, FileKind::ControllerMap, true},
+    };
+    for (const auto& c : cases) {
+        dialogs.asked.clear();
+        EXPECT_TRUE(commands.run(c.command));
+        ASSERT_EQ(dialogs.asked.size(), 1u) << c.command;
+        EXPECT_EQ(dialogs.asked[0].first, c.kind) << c.command;
+        EXPECT_EQ(dialogs.asked[0].second, c.save) << c.command;
+    }
+    EXPECT_TRUE(plugin.statuses.empty());
+    EXPECT_FALSE(plugin.changed());
+
+    dialogs.asked.clear();
+    for (int other : {-1, -2, -9, 0, 5}) EXPECT_FALSE(commands.run(other)) << other;
+    EXPECT_TRUE(dialogs.asked.empty());
+}
+
+TEST_F(FileCommandsTest, NoDialogAvailableIsReported) {
+    dialogs.answer = DialogChoice::unavailable();
+    for (int command = -3; command >= -8; --command) {
+        plugin.statuses.clear();
+        commands.run(command);
+        EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "No file dialog")) << command;
+    }
+    EXPECT_FALSE(plugin.changed());
+}
+
+TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
+    ProgramRecord record{};
+    record.setName("Loaded Pad");
+    record.values[33] = 0.9f;
+    dialogs.answer = DialogChoice::chosen(writeFile("pad.prog", writeProgramFile(record)));
+    plugin.program = 200;  // bank B, number 73
+    commands.run(kCommandLoadProgram);
+    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: B-73", ""));
+    ASSERT_EQ(plugin.programsApplied, 1);
+    EXPECT_STREQ(plugin.appliedProgram.name, "Loaded Pad");
+    EXPECT_EQ(plugin.appliedProgram.values[33], 0.9f);
+
+    plugin.program = 0;
+    commands.loadFile(FileKind::Program, folder.file("pad.prog"));
+    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
+    plugin.program = 511;
+    commands.loadFile(FileKind::Program, folder.file("pad.prog"));
+    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: D-128", ""));
+
+    float maps[32];
+    for (int i = 0; i < 32; ++i) maps[i] = (i + 0.5f) / 32.0f;
+    commands.loadFile(FileKind::ControllerMap, writeFile("m.cmap", writeControllerMapFile(maps)));
+    EXPECT_EQ(plugin.lastStatus(), Status("Controller Map loaded", ""));
+    ASSERT_EQ(plugin.mapsApplied, 1);
+    EXPECT_EQ(plugin.appliedMaps[31], maps[31]);
+
+    auto bank = std::make_unique<BankPrograms>();
+    bank->programs[127].setName("Last");
+    const std::string bankPath = writeFile("b.bank", writeBankFile(*bank));
+    // The bank of the current program is the one replaced, and named in the status.
+    const struct { int program; int bank; const char* status; } banks[] = {
+        {0, 0, "Bank A loaded"}, {127, 0, "Bank A loaded"}, {128, 1, "Bank B loaded"},
+        {300, 2, "Bank C loaded"}, {511, 3, "Bank D loaded"},
+    };
+    for (const auto& b : banks) {
+        plugin.program = b.program;
+        commands.loadFile(FileKind::Bank, bankPath);
+        EXPECT_EQ(plugin.lastStatus(), Status(b.status, "")) << b.program;
+        EXPECT_EQ(plugin.replacedBank, b.bank) << b.program;
+    }
+    EXPECT_STREQ(plugin.replacedPrograms->programs[127].name, "Last");
+}
+
+TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {
+    FileImage wrongCount;
+    wrongCount.header("Tolvane program", 0x00020000, 2).zeros(608);
+    FileImage version3;
+    version3.header("Tolvane program", 0x00030000, 1).zeros(608);
+    FileImage version1Map;
+    version1Map.header("Tolvane ctl.map", 0x00010000, 1).zeros(128);
+    FileImage shortBank;
+    shortBank.header("Tolvane bank   ", 0x00020000, 128).zeros(608 * 127);
+
+    const struct { FileKind kind; std::string path; const char* reason; } cases[] = {
+        {FileKind::Program, folder.file("missing.prog"), "Cannot load file"},
+        {FileKind::Program, writeFile("count.prog", wrongCount.bytes), "Invalid format"},
+        {FileKind::Program, writeFile("v3.prog", version3.bytes), "Unknown file ver."},
+        {FileKind::ControllerMap, writeFile("v1.cmap", version1Map.bytes), "Unknown file ver."},
+        {FileKind::Bank, writeFile("short.bank", shortBank.bytes), "Cannot load file"},
+        // A valid program file is not a bank.
+        {FileKind::Bank, writeFile("p.prog", writeProgramFile(plugin.edit)), "Invalid format"},
+    };
+    for (const auto& c : cases) {
+        dialogs.answer = DialogChoice::chosen(c.path);
+        commands.run(c.kind == FileKind::Program ? -3 : c.kind == FileKind::Bank ? -4 : -5);
+        EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", c.reason)) << c.path;
+    }
+    EXPECT_FALSE(plugin.changed());
+}
+
+TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
+    dialogs.answer = DialogChoice::chosen(folder.file("mine.prog"));
+    commands.run(kCommandSaveProgram);
+    EXPECT_EQ(plugin.lastStatus(), Status("Program saved", ""));
+    commands.loadFile(FileKind::Program, folder.file("mine.prog"));
+    EXPECT_EQ(std::memcmp(&plugin.appliedProgram, &plugin.edit, sizeof(ProgramRecord)), 0);
+
+    dialogs.answer = DialogChoice::chosen(folder.file("mine.cmap"));
+    commands.run(kCommandSaveControllerMap);
+    EXPECT_EQ(plugin.lastStatus(), Status("Controller Map saved", ""));
+    commands.loadFile(FileKind::ControllerMap, folder.file("mine.cmap"));
+    EXPECT_EQ(std::memcmp(plugin.appliedMaps, plugin.editMaps, sizeof plugin.editMaps), 0);
+
+    plugin.program = 400;  // bank D
+    dialogs.answer = DialogChoice::chosen(folder.file("mine.bank"));
+    commands.run(kCommandSaveBank);
+    EXPECT_EQ(plugin.lastStatus(), Status("Bank D saved", ""));
+    EXPECT_EQ(plugin.requestedBank, 3);
+    plugin.program = 5;
+    commands.loadFile(FileKind::Bank, folder.file("mine.bank"));
+    EXPECT_EQ(plugin.replacedBank, 0);
+    EXPECT_STREQ(plugin.replacedPrograms->programs[9].name, "Bank 3 #9");
+
+    plugin.program = 130;
+    commands.saveFile(FileKind::Bank, folder.file("b.bank"));
+    EXPECT_EQ(plugin.lastStatus(), Status("Bank B saved", ""));
+    EXPECT_EQ(plugin.requestedBank, 1);
+
+    dialogs.answer = DialogChoice::chosen(folder.file("missing-folder/x.prog"));
+    commands.run(kCommandSaveProgram);
+    EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "Cannot save file"));
+}
+
+}  // namespace
+}  // namespace tolvane
