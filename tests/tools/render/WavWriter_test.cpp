@@ -1,0 +1,160 @@
+#include "tools/render/WavWriter.h"
+
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<std::uint8_t>;
+
+const float kNaN = std::numeric_limits<float>::quiet_NaN();
+const float kInf = std::numeric_limits<float>::infinity();
+
+Bytes readFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::uint32_t le(const std::uint8_t* p, int bytes) {
+    std::uint32_t v = 0;
+    for (int i = bytes - 1; i >= 0; --i) v = (v << 8) | p[i];
+    return v;
+}
+
+// Walks the chunk list of a RIFF/WAVE file and checks its header fields; answers the data chunk.
+Bytes checkWave(const Bytes& file, std::uint16_t tag, std::uint32_t rate, int bits, std::uint32_t frames) {
+    EXPECT_EQ(std::string(file.begin(), file.begin() + 4), "RIFF");
+    EXPECT_EQ(le(&file[4], 4), file.size() - 8);
+    EXPECT_EQ(std::string(file.begin() + 8, file.begin() + 12), "WAVE");
+    const std::uint32_t blockAlign = 2 * bits / 8;
+    bool sawFact = false;
+    Bytes data;
+    for (std::size_t pos = 12; pos + 8 <= file.size();) {
+        const std::string id(file.begin() + pos, file.begin() + pos + 4);
+        const std::uint32_t size = le(&file[pos + 4], 4);
+        const std::uint8_t* body = &file[pos + 8];
+        if (id == "fmt ") {
+            EXPECT_EQ(size, tag == 3 ? 18u : 16u);
+            EXPECT_EQ(le(body, 2), tag);
+            EXPECT_EQ(le(body + 2, 2), 2u);
+            EXPECT_EQ(le(body + 4, 4), rate);
+            EXPECT_EQ(le(body + 8, 4), rate * blockAlign);
+            EXPECT_EQ(le(body + 12, 2), blockAlign);
+            EXPECT_EQ(le(body + 14, 2), static_cast<std::uint32_t>(bits));
+        } else if (id == "fact") {
+            sawFact = true;
+            EXPECT_EQ(le(body, 4), frames);
+        } else if (id == "data") {
+            data.assign(body, body + size);
+        }
+        pos += 8 + size + (size & 1);
+    }
+    EXPECT_EQ(sawFact, tag == 3);  // float files carry the frame count
+    EXPECT_EQ(data.size(), frames * blockAlign);
+    return data;
+}
+
+class WavWriterTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = fs::path(::testing::TempDir()) /
+                  ("wav-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    // Writes the frames in two calls, so that the header must add both up.
+    Bytes writeFile(WavFormat format, int rate, const std::vector<float>& left, const std::vector<float>& right) {
+        WavWriter writer;
+        std::string error;
+        const std::size_t half = left.size() / 2;
+        EXPECT_TRUE(writer.open((folder_ / "out.wav").string(), rate, format, error)) << error;
+        EXPECT_TRUE(writer.write(left.data(), right.data(), half, error)) << error;
+        EXPECT_TRUE(writer.write(left.data() + half, right.data() + half, left.size() - half, error)) << error;
+        EXPECT_TRUE(writer.finish(error)) << error;
+        return readFile(folder_ / "out.wav");
+    }
+    std::size_t files() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(WavWriterTest, PcmSamplesAreRoundedClippedAndInterleaved) {
+    const std::vector<float> left{0.0f, 0.5f, 1.0f, 1.5f, kNaN, 0.25f};
+    const std::vector<float> right{-0.5f, -1.0f, -3.0f, 1e-9f, kInf, -0.25f};
+    // Full scale is 2^(bits-1) - 1. 0.5 of 32767 is 16383.5 and rounds away from zero; 0.25 of
+    // 8388607 is 2097151.75. Beyond +-1 clips; values that are not finite become silence.
+    const struct {
+        WavFormat format;
+        int bits;
+        std::vector<std::int32_t> expected;
+    } cases[] = {
+        {WavFormat::Pcm16, 16, {0, -16384, 16384, -32767, 32767, -32767, 32767, 0, 0, 0, 8192, -8192}},
+        {WavFormat::Pcm24, 24,
+         {0, -4194304, 4194304, -8388607, 8388607, -8388607, 8388607, 0, 0, 0, 2097152, -2097152}},
+    };
+    for (const auto& c : cases) {
+        const Bytes data = checkWave(writeFile(c.format, 48000, left, right), 1, 48000, c.bits, 6);
+        const int width = c.bits / 8;
+        ASSERT_EQ(data.size(), c.expected.size() * width);
+        for (std::size_t i = 0; i < c.expected.size(); ++i) {
+            // Sign-extend the little-endian sample.
+            const std::uint32_t raw = le(&data[i * width], width) << (32 - c.bits);
+            EXPECT_EQ(static_cast<std::int32_t>(raw) >> (32 - c.bits), c.expected[i]) << c.bits << "-bit sample " << i;
+        }
+    }
+}
+
+TEST_F(WavWriterTest, FloatSamplesAreStoredUnclipped) {
+    const std::vector<float> left{0.125f, 1.5f, -7.25f, kNaN};
+    const std::vector<float> right{-1e-20f, -1.0f, 0.3f, -kInf};
+    const Bytes data = checkWave(writeFile(WavFormat::Float32, 44100, left, right), 3, 44100, 32, 4);
+    const float expected[] = {0.125f, -1e-20f, 1.5f, -1.0f, -7.25f, 0.3f, 0.0f, 0.0f};
+    ASSERT_EQ(data.size(), sizeof expected);
+    for (std::size_t i = 0; i < 8; ++i) {
+        float value;
+        std::memcpy(&value, &data[4 * i], sizeof value);
+        EXPECT_EQ(value, expected[i]) << "sample " << i;
+    }
+}
+
+TEST_F(WavWriterTest, TargetIsReplacedOnlyByACompleteFile) {
+    const fs::path target = folder_ / "keep.wav";
+    { std::ofstream(target) << "old contents"; }
+    const float silence[2] = {0.0f, 0.0f};
+    std::string error;
+    {
+        WavWriter abandoned;
+        ASSERT_TRUE(abandoned.open(target.string(), 44100, WavFormat::Pcm16, error)) << error;
+        ASSERT_TRUE(abandoned.write(silence, silence, 2, error)) << error;
+        EXPECT_EQ(files(), 2u);  // the target and the file being written
+    }
+    const Bytes kept = readFile(target);
+    EXPECT_EQ(std::string(kept.begin(), kept.end()), "old contents");
+    EXPECT_EQ(files(), 1u);
+
+    const Bytes written = writeFile(WavFormat::Pcm16, 44100, {0.0f, 0.0f}, {0.0f, 0.0f});
+    checkWave(written, 1, 44100, 16, 2);
+    EXPECT_EQ(files(), 2u);  // keep.wav and out.wav, no leftovers
+
+    WavWriter unwritable;
+    const std::string missing = (folder_ / "no-folder" / "x.wav").string();
+    EXPECT_FALSE(unwritable.open(missing, 44100, WavFormat::Pcm24, error));
+    EXPECT_NE(error.find(missing), std::string::npos) << error;
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,32 @@
+// Command-line options of tolvane2-render.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tools/render/WavWriter.h"
+
+namespace tolvane {
+
+struct RenderOptions {
+    std::string pluginPath;  // empty: Tolvane2.so next to the executable
+    std::string midiPath;    // empty: the built-in demo phrase
+    std::string outputPath = "demo.wav";
+    double sampleRate = 44100.0;
+    int blockSize = 512;
+    int program = -1;  // -1: leave the plug-in's current program
+    std::vector<std::pair<int, float>> parameters;  // applied in the order given
+    double tempo = 120.0;                           // 0: the host reports no tempo
+    double lengthSeconds = -1.0;                    // below 0: to the end of the MIDI plus the release tail
+    WavFormat format = WavFormat::Pcm24;
+    bool help = false;
+};
+
+constexpr double kReleaseTailSeconds = 2.0;
+
+// Parses the arguments after the program name. Answers false with a message on a bad option.
+bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& options, std::string& error);
+std::string renderUsage();
+
+}  // namespace tolvane

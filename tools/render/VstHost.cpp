@@ -1,0 +1,347 @@
+#include "tools/render/VstHost.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+#include <dlfcn.h>
+
+namespace tolvane {
+
+namespace {
+
+using vst2::AEffect;
+using vst2::int32;
+using vst2::intptr;
+
+// Host opcodes answered beyond the ones the shared declarations name.
+constexpr int32 kHostGetSampleRate = 16;
+constexpr int32 kHostGetBlockSize = 17;
+constexpr int32 kHostGetVendorString = 32;
+constexpr int32 kHostGetProductString = 33;
+constexpr int32 kHostGetVendorVersion = 34;
+constexpr int32 kHostCanDo = 37;
+
+// Time information flags.
+constexpr int32 kTransportChanged = 1;
+constexpr int32 kTransportPlaying = 1 << 1;
+constexpr int32 kNanosValid = 1 << 8;
+constexpr int32 kPpqPosValid = 1 << 9;
+constexpr int32 kBarsValid = 1 << 11;
+constexpr int32 kTimeSigValid = 1 << 13;
+
+// The host whose plug-in is being created: during the entry call the effect record does not exist
+// yet (or does not carry our pointer), so the callback finds its host here.
+thread_local VstHost* hostUnderConstruction = nullptr;
+
+// CPU time of the whole process (every thread), in seconds.
+double processCpuSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
+
+void copyText(void* destination, const char* text) {
+    if (destination) std::strcpy(static_cast<char*>(destination), text);
+}
+
+}  // namespace
+
+VstHost::~VstHost() {
+    close();
+    if (module_) ::dlclose(module_);
+}
+
+bool VstHost::loadModule(const std::string& path, std::string& error) {
+    if (module_ || effect_) {
+        error = "a plug-in is already loaded";
+        return false;
+    }
+    // dlopen searches the library path for bare names; a plug-in path is always a file path.
+    const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+    module_ = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!module_) {
+        const char* reason = ::dlerror();
+        error = "cannot load plug-in " + path + ": " + (reason ? reason : "unknown reason");
+        return false;
+    }
+    void* symbol = ::dlsym(module_, "VSTPluginMain");
+    if (!symbol) symbol = ::dlsym(module_, "main");
+    if (!symbol) {
+        error = path + " is not a VST2 module: it exports neither VSTPluginMain nor main";
+        return false;
+    }
+    vst2::EntryProc entry;
+    static_assert(sizeof entry == sizeof symbol, "function and object pointers differ in size");
+    std::memcpy(&entry, &symbol, sizeof entry);
+    if (!create(entry, error)) {
+        error = path + ": " + error;
+        return false;
+    }
+    return true;
+}
+
+bool VstHost::create(vst2::EntryProc entry, std::string& error) {
+    if (effect_) {
+        error = "a plug-in is already loaded";
+        return false;
+    }
+    hostUnderConstruction = this;
+    AEffect* effect = entry(&VstHost::hostCallback);
+    hostUnderConstruction = nullptr;
+    if (!effect) {
+        error = "the plug-in's entry point returned no effect";
+        return false;
+    }
+    if (effect->magic != vst2::kEffectMagic) {
+        error = "not a VST2 plug-in: the effect record has the wrong magic number";
+        return false;
+    }
+    effect->user = this;
+    effect_ = effect;
+    dispatch(vst2::effOpen);
+    return true;
+}
+
+std::string VstHost::effectName() const {
+    if (!effect_) return {};
+    char text[256] = {};
+    effect_->dispatcher(effect_, vst2::effGetEffectName, 0, 0, text, 0.0f);
+    if (!text[0]) effect_->dispatcher(effect_, vst2::effGetProductString, 0, 0, text, 0.0f);
+    text[sizeof text - 1] = 0;
+    return text;
+}
+
+std::string VstHost::vendorName() const {
+    if (!effect_) return {};
+    char text[256] = {};
+    effect_->dispatcher(effect_, vst2::effGetVendorString, 0, 0, text, 0.0f);
+    text[sizeof text - 1] = 0;
+    return text;
+}
+
+void VstHost::setTimeSignature(int numerator, int denominator) {
+    if (numerator > 0 && denominator > 0) {
+        sigNumerator_ = numerator;
+        sigDenominator_ = denominator;
+    }
+}
+
+intptr VstHost::dispatch(int32 opcode, int32 index, intptr value, void* ptr, float opt) {
+    return effect_->dispatcher(effect_, opcode, index, value, ptr, opt);
+}
+
+bool VstHost::start(double sampleRate, int blockSize, std::string& error) {
+    if (!effect_) {
+        error = "no plug-in is loaded";
+        return false;
+    }
+    if (!(sampleRate > 0.0) || blockSize <= 0) {
+        error = "invalid sample rate or block size";
+        return false;
+    }
+    if (running_) dispatch(vst2::effMainsChanged, 0, 0);
+    sampleRate_ = sampleRate;
+    blockSize_ = blockSize;
+    dispatch(vst2::effSetSampleRate, 0, 0, nullptr, static_cast<float>(sampleRate));
+    dispatch(vst2::effSetBlockSize, 0, blockSize);
+    dispatch(vst2::effMainsChanged, 0, 1);
+    running_ = true;
+    return true;
+}
+
+bool VstHost::setProgram(int program, std::string& error) {
+    if (!effect_ || program < 0 || program >= effect_->numPrograms) {
+        error = "program " + std::to_string(program) + " does not exist (the plug-in has " +
+                std::to_string(effect_ ? effect_->numPrograms : 0) + ")";
+        return false;
+    }
+    dispatch(vst2::effSetProgram, 0, program);
+    return true;
+}
+
+bool VstHost::setParameter(int index, float value, std::string& error) {
+    if (!effect_ || index < 0 || index >= effect_->numParams) {
+        error = "parameter " + std::to_string(index) + " does not exist (the plug-in has " +
+                std::to_string(effect_ ? effect_->numParams : 0) + ")";
+        return false;
+    }
+    if (!(value >= 0.0f && value <= 1.0f)) {
+        error = "parameter values run from 0 to 1";
+        return false;
+    }
+    effect_->setParameter(effect_, index, value);
+    return true;
+}
+
+void VstHost::close() {
+    if (!effect_) return;
+    if (running_) dispatch(vst2::effMainsChanged, 0, 0);
+    running_ = false;
+    dispatch(vst2::effClose);
+    effect_ = nullptr;
+}
+
+void VstHost::updateTimeInfo(bool transportChanged) {
+    const double quartersPerBar = sigNumerator_ * 4.0 / sigDenominator_;
+    timeInfo_ = vst2::VstTimeInfo{};
+    timeInfo_.samplePos = static_cast<double>(position_);
+    timeInfo_.sampleRate = sampleRate_;
+    timeInfo_.nanoSeconds = static_cast<double>(position_) / sampleRate_ * 1e9;
+    timeInfo_.ppqPos = ppqPosition_;
+    timeInfo_.tempo = tempo_;
+    timeInfo_.barStartPos = std::floor(ppqPosition_ / quartersPerBar + 1e-9) * quartersPerBar;
+    timeInfo_.timeSigNumerator = sigNumerator_;
+    timeInfo_.timeSigDenominator = sigDenominator_;
+    timeInfo_.flags = kTransportPlaying | kNanosValid | kPpqPosValid | vst2::kVstTempoValid | kBarsValid |
+                      kTimeSigValid | (transportChanged ? kTransportChanged : 0);
+}
+
+bool VstHost::render(const std::vector<MidiMessage>& messages, std::uint64_t totalFrames, const AudioSink& sink,
+                     std::string& error) {
+    if (!effect_ || !running_) {
+        error = "the plug-in has not been started";
+        return false;
+    }
+    if (effect_->numOutputs < 1) {
+        error = "the plug-in has no audio outputs";
+        return false;
+    }
+    const bool replacing = (effect_->flags & vst2::effFlagsCanReplacing) && effect_->processReplacing;
+    if (!replacing && !effect_->process) {
+        error = "the plug-in offers no processing function";
+        return false;
+    }
+
+    // Every message becomes one MIDI event, placed on the frame grid; the records live until the end
+    // of the rendering, so the plug-in may keep the pointers it received until its next call.
+    struct Placed {
+        std::uint64_t frame;
+        std::size_t index;
+    };
+    std::vector<Placed> order;
+    order.reserve(messages.size());
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+        const double frame = std::floor(std::max(0.0, messages[i].seconds) * sampleRate_ + 0.5);
+        if (frame < static_cast<double>(totalFrames)) order.push_back(Placed{static_cast<std::uint64_t>(frame), i});
+    }
+    std::stable_sort(order.begin(), order.end(), [](const Placed& a, const Placed& b) { return a.frame < b.frame; });
+
+    std::vector<vst2::VstMidiEvent> midiEvents(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const MidiMessage& message = messages[order[i].index];
+        vst2::VstMidiEvent& event = midiEvents[i];
+        event = vst2::VstMidiEvent{};
+        event.type = vst2::kVstMidiType;
+        event.byteSize = sizeof(vst2::VstMidiEvent);
+        for (int b = 0; b < message.size && b < 3; ++b) event.midiData[b] = static_cast<char>(message.bytes[b]);
+    }
+
+    // The event list: a count, a reserved word and then as many pointers as the fullest block needs.
+    std::size_t mostInBlock = 0;
+    for (std::size_t first = 0; first < order.size();) {
+        const std::uint64_t block = order[first].frame / static_cast<std::uint64_t>(blockSize_);
+        std::size_t last = first;
+        while (last < order.size() && order[last].frame / static_cast<std::uint64_t>(blockSize_) == block) ++last;
+        mostInBlock = std::max(mostInBlock, last - first);
+        first = last;
+    }
+    const std::size_t listBytes =
+        offsetof(vst2::VstEvents, events) + std::max<std::size_t>(mostInBlock, 2) * sizeof(vst2::VstEvent*);
+    std::unique_ptr<std::max_align_t[]> listStorage(
+        new std::max_align_t[(listBytes + sizeof(std::max_align_t) - 1) / sizeof(std::max_align_t)]());
+    auto* list = reinterpret_cast<vst2::VstEvents*>(listStorage.get());
+    vst2::VstEvent** slots = list->events;
+
+    // Audio buffers: silent inputs for plug-ins that expect some, and at least two outputs.
+    const int inputCount = std::max(effect_->numInputs, 0);
+    const int outputCount = std::max(effect_->numOutputs, 2);
+    std::vector<std::vector<float>> inputs(inputCount, std::vector<float>(blockSize_, 0.0f));
+    std::vector<std::vector<float>> outputs(outputCount, std::vector<float>(blockSize_, 0.0f));
+    std::vector<float*> inputPointers(inputCount + 1, nullptr);
+    std::vector<float*> outputPointers(outputCount, nullptr);
+    for (int i = 0; i < inputCount; ++i) inputPointers[i] = inputs[i].data();
+    for (int i = 0; i < outputCount; ++i) outputPointers[i] = outputs[i].data();
+    const float* rightChannel = effect_->numOutputs >= 2 ? outputs[1].data() : outputs[0].data();
+
+    std::size_t next = 0;
+    std::uint64_t done = 0;
+    bool firstBlock = true;
+    while (done < totalFrames) {
+        const int frames = static_cast<int>(std::min<std::uint64_t>(blockSize_, totalFrames - done));
+        const std::uint64_t blockEnd = position_ + static_cast<std::uint64_t>(frames);
+        const std::uint64_t renderStart = position_ - done;  // message frames count from the render's start
+
+        int count = 0;
+        while (next < order.size() && renderStart + order[next].frame < blockEnd) {
+            midiEvents[next].deltaFrames = static_cast<int32>(renderStart + order[next].frame - position_);
+            slots[count++] = reinterpret_cast<vst2::VstEvent*>(&midiEvents[next]);
+            ++next;
+        }
+        list->numEvents = count;
+        list->reserved = 0;
+
+        updateTimeInfo(firstBlock);
+        firstBlock = false;
+        for (auto& input : inputs) std::fill(input.begin(), input.begin() + frames, 0.0f);
+        if (!replacing)
+            for (auto& output : outputs) std::fill(output.begin(), output.begin() + frames, 0.0f);
+
+        const double before = processCpuSeconds();
+        dispatch(vst2::effProcessEvents, 0, 0, list);
+        if (replacing)
+            effect_->processReplacing(effect_, inputPointers.data(), outputPointers.data(), frames);
+        else
+            effect_->process(effect_, inputPointers.data(), outputPointers.data(), frames);
+        cpuSeconds_ += processCpuSeconds() - before;
+
+        position_ = blockEnd;
+        ppqPosition_ += frames / sampleRate_ * (tempo_ > 0.0 ? tempo_ : 120.0) / 60.0;
+        done += static_cast<std::uint64_t>(frames);
+        if (!sink(outputs[0].data(), rightChannel, frames)) {
+            error = "rendering stopped while writing the audio";
+            return false;
+        }
+    }
+    return true;
+}
+
+intptr VST_CALL VstHost::hostCallback(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr,
+                                      float opt) {
+    VstHost* host = effect && effect->user ? static_cast<VstHost*>(effect->user) : hostUnderConstruction;
+    if (!host) return opcode == vst2::audioMasterVersion ? kHostVersion : 0;
+    return host->answer(effect, opcode, index, value, ptr, opt);
+}
+
+intptr VstHost::answer(AEffect* effect, int32 opcode, int32 index, intptr value, void* ptr, float opt) {
+    (void)index;
+    (void)value;
+    (void)opt;
+    switch (opcode) {
+        case vst2::audioMasterVersion: return kHostVersion;
+        case vst2::audioMasterCurrentId: return effect ? effect->uniqueID : 0;
+        case vst2::audioMasterWantMidi: wantsMidi_ = true; return 1;
+        case vst2::audioMasterGetTime:
+            if (tempo_ <= 0.0) return 0;
+            if (!running_) updateTimeInfo(false);  // asked outside rendering: describe the current position
+            return reinterpret_cast<intptr>(&timeInfo_);
+        case vst2::audioMasterIdle:
+        case vst2::audioMasterAutomate:
+        case vst2::audioMasterBeginEdit:
+        case vst2::audioMasterEndEdit: return 0;
+        case kHostGetSampleRate: return static_cast<intptr>(sampleRate_);
+        case kHostGetBlockSize: return blockSize_;
+        case kHostGetVendorString: copyText(ptr, "Brindlecot"); return 1;
+        case kHostGetProductString: copyText(ptr, "tolvane2-render"); return 1;
+        case kHostGetVendorVersion: return 0x20000;
+        case kHostCanDo: {
+            const char* text = static_cast<const char*>(ptr);
+            if (!text) return 0;
+            for (const char* can : {"sendVstEvents", "sendVstMidiEvent", "sendVstTimeInfo"})
+                if (std::strcmp(text, can) == 0) return 1;
+            return 0;
+        }
+        default: return 0;
+    }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,164 @@
+// tolvane2-render: renders a MIDI file, or the built-in demo phrase, through a VST 2.x instrument
+// into a WAV file, and reports level and speed.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include "tools/render/DemoPhrase.h"
+#include "tools/render/MidiFile.h"
+#include "tools/render/RenderOptions.h"
+#include "tools/render/VstHost.h"
+#include "tools/render/WavWriter.h"
+
+namespace tolvane {
+namespace {
+
+// Longest rendering made without an explicit --length: guards against MIDI files with absurd times.
+constexpr double kLongestDefaultSeconds = 3600.0;
+
+std::string executableFolder(const char* argv0) {
+    std::vector<char> path(4096, 0);
+    const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size() - 1);
+    std::string self = length > 0 ? std::string(path.data(), static_cast<std::size_t>(length)) : std::string(argv0);
+    const std::size_t slash = self.rfind('/');
+    return slash == std::string::npos ? "." : self.substr(0, slash);
+}
+
+std::string decibels(double level) {
+    if (!(level > 0.0)) return "-inf dBFS";
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f dBFS", 20.0 * std::log10(level));
+    return text;
+}
+
+const char* formatName(WavFormat format) {
+    switch (format) {
+        case WavFormat::Pcm16: return "16-bit PCM";
+        case WavFormat::Pcm24: return "24-bit PCM";
+        case WavFormat::Float32: return "32-bit float";
+    }
+    return "";
+}
+
+int fail(const std::string& message) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "tolvane2-render: %s\n", message.c_str());
+    return 1;
+}
+
+int run(int argc, char** argv) {
+    RenderOptions options;
+    std::string error;
+    if (!parseRenderOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) {
+        std::fprintf(stderr, "tolvane2-render: %s\n%s", error.c_str(), "Try tolvane2-render --help\n");
+        return 2;
+    }
+    if (options.help) {
+        std::fputs(renderUsage().c_str(), stdout);
+        return 0;
+    }
+
+    // What to play.
+    std::vector<MidiMessage> messages;
+    double musicSeconds = 0.0;
+    MidiFile midi;
+    if (options.midiPath.empty()) {
+        messages = demoPhrase();
+        musicSeconds = demoPhraseSeconds();
+    } else {
+        if (!midi.load(options.midiPath, error)) return fail(error);
+        messages = midi.events();
+        musicSeconds = midi.lengthSeconds();
+        std::printf("MIDI file: %s, format %d, %d track%s, %zu channel messages, %.3f s\n", options.midiPath.c_str(),
+                    midi.format(), midi.trackCount(), midi.trackCount() == 1 ? "" : "s", messages.size(),
+                    musicSeconds);
+    }
+    double seconds = options.lengthSeconds;
+    if (seconds < 0.0) {
+        seconds = musicSeconds + kReleaseTailSeconds;
+        if (seconds > kLongestDefaultSeconds)
+            return fail("the MIDI file lasts " + std::to_string(musicSeconds) +
+                        " s; give --length to render that much");
+    }
+    const auto totalFrames = static_cast<std::uint64_t>(std::llround(seconds * options.sampleRate));
+
+    // The plug-in.
+    const std::string pluginPath =
+        options.pluginPath.empty() ? executableFolder(argv[0]) + "/Tolvane2.so" : options.pluginPath;
+    if (::access(pluginPath.c_str(), F_OK) != 0) return fail("plug-in not found: " + pluginPath);
+    VstHost host;
+    host.setTempo(options.tempo);
+    if (!options.midiPath.empty())
+        host.setTimeSignature(midi.timeSignatureNumerator(), midi.timeSignatureDenominator());
+    if (!host.loadModule(pluginPath, error)) return fail(error);
+    const vst2::AEffect* effect = host.effect();
+    std::printf("Plug-in: %s by %s (%s), %d programs, %d parameters, %d inputs, %d outputs\n",
+                host.effectName().c_str(), host.vendorName().c_str(), pluginPath.c_str(), effect->numPrograms,
+                effect->numParams, effect->numInputs, effect->numOutputs);
+    if (!(effect->flags & vst2::effFlagsIsSynth))
+        std::printf("Note: the plug-in does not declare itself an instrument\n");
+
+    if (!host.start(options.sampleRate, options.blockSize, error)) return fail(error);
+    if (options.program >= 0 && !host.setProgram(options.program, error)) return fail(error);
+    // Program, bank and controller-map files given with --load are applied here, between the program
+    // and the parameter overrides.
+    for (const auto& [index, value] : options.parameters)
+        if (!host.setParameter(index, value, error)) return fail(error);
+
+    // Render, measuring level as the audio goes to the file.
+    WavWriter writer;
+    if (!writer.open(options.outputPath, static_cast<int>(options.sampleRate), options.format, error))
+        return fail(error);
+    double peak = 0.0;
+    double sumOfSquares = 0.0;
+    std::uint64_t nonFinite = 0;
+    std::string writeError;
+    const bool rendered = host.render(
+        messages, totalFrames,
+        [&](const float* left, const float* right, int frames) {
+            for (int i = 0; i < frames; ++i) {
+                for (const float sample : {left[i], right[i]}) {
+                    if (!std::isfinite(sample)) {
+                        ++nonFinite;
+                        continue;
+                    }
+                    const double magnitude = std::fabs(static_cast<double>(sample));
+                    peak = std::max(peak, magnitude);
+                    sumOfSquares += magnitude * magnitude;
+                }
+            }
+            return writer.write(left, right, static_cast<std::size_t>(frames), writeError);
+        },
+        error);
+    if (!rendered) return fail(writeError.empty() ? error : writeError);
+    if (!writer.finish(error)) return fail(error);
+    host.close();
+
+    const double audioSeconds = static_cast<double>(totalFrames) / options.sampleRate;
+    const double rms = totalFrames > 0 ? std::sqrt(sumOfSquares / (2.0 * static_cast<double>(totalFrames))) : 0.0;
+    const double cpuSeconds = host.processingCpuSeconds();
+    std::printf("Wrote %s: %s, %.0f Hz, stereo\n", options.outputPath.c_str(), formatName(options.format),
+                options.sampleRate);
+    std::printf("Duration: %.3f s (%llu frames)\n", audioSeconds, static_cast<unsigned long long>(totalFrames));
+    std::printf("Peak: %s\n", decibels(peak).c_str());
+    std::printf("RMS: %s\n", decibels(rms).c_str());
+    if (cpuSeconds > 0.0)
+        std::printf("CPU real-time factor: %.1fx (%.3f s of processing for %.3f s of audio)\n",
+                    audioSeconds / cpuSeconds, cpuSeconds, audioSeconds);
+    else
+        std::printf("CPU real-time factor: not measurable (no processing time recorded)\n");
+    if (nonFinite > 0)
+        std::printf("Warning: %llu samples were not finite and were written as 0\n",
+                    static_cast<unsigned long long>(nonFinite));
+    if (peak > 1.0 && options.format != WavFormat::Float32) std::printf("Warning: the output clipped\n");
+    return 0;
+}
+
+}  // namespace
+}  // namespace tolvane
+
+int main(int argc, char** argv) { return tolvane::run(argc, argv); }
