@@ -1,0 +1,23 @@
+// What the editor asks of the plug-in that owns it.
+#pragma once
+
+namespace tolvane {
+
+class SynthController {
+public:
+    virtual ~SynthController() = default;
+    // Sets a parameter as if the user changed it: the plug-in applies it and reports it to the host.
+    virtual void setParameterAutomated(int index, float value) = 0;
+    virtual int getProgram() = 0;
+    // 0..511 selects a program; negative numbers are the editor's commands (load, save, ...).
+    virtual void setProgram(int program) = 0;
+    virtual void getProgramName(char* name) = 0;
+    virtual void setProgramName(const char* name) = 0;
+    virtual bool getProgramNameIndexed(int category, int index, char* name) = 0;
+    virtual void beginEdit(int index) = 0;
+    virtual void endEdit(int index) = 0;
+    // Lets the host run its idle work while the editor tracks the mouse.
+    virtual void hostIdle() = 0;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,50 @@
+// The module's entry point: hosts call VSTPluginMain (older ones main) with their callback and get the
+// plug-in's effect record. Nothing is created for a host that does not answer the version query.
+#include <new>
+
+#include "host/SynthPlugin.h"
+
+#if defined(__linux__)
+#include "platform/linux/ZenityFileDialogs.h"
+#endif
+
+#if defined(_WIN32)
+#define TOLVANE_EXPORT extern "C" __declspec(dllexport)
+#else
+#define TOLVANE_EXPORT extern "C" __attribute__((visibility("default")))
+#endif
+
+namespace {
+
+std::unique_ptr<tolvane::FileDialogs> platformFileDialogs() {
+#if defined(__linux__)
+    return std::unique_ptr<tolvane::FileDialogs>(new tolvane::ZenityFileDialogs);
+#else
+    return nullptr;
+#endif
+}
+
+vst2::AEffect* createEffect(vst2::HostCallback host) {
+    if (!host) return nullptr;
+    if (host(nullptr, vst2::audioMasterVersion, 0, 0, nullptr, 0.0f) == 0) return nullptr;
+    try {
+        auto* plugin = new tolvane::SynthPlugin(host, platformFileDialogs());
+        return plugin->effect();
+    } catch (...) {
+        // Out of memory while building: the host gets no record.
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+TOLVANE_EXPORT vst2::AEffect* VSTPluginMain(vst2::HostCallback host) { return createEffect(host); }
+
+// Older hosts look for "main". The C++ name main is reserved for programs, so the symbol is given its
+// name through the assembler.
+#if defined(_WIN32)
+TOLVANE_EXPORT vst2::AEffect* VSTPluginMainLegacy(vst2::HostCallback host) { return createEffect(host); }
+#else
+TOLVANE_EXPORT vst2::AEffect* legacyMain(vst2::HostCallback host) __asm__("main");
+TOLVANE_EXPORT vst2::AEffect* legacyMain(vst2::HostCallback host) { return createEffect(host); }
+#endif

@@ -1,0 +1,172 @@
+// The plug-in object: owns the parameter table, the voice allocator (in its controller-router form),
+// the engine, the programs and the editor, and turns the host's calls into engine work.
+//
+// Threads. The host calls processEvents and process/processReplacing on its audio thread and everything
+// else (parameters, programs, files, the editor) from its other threads. Changes from those threads are
+// handed to the audio thread through a lock-free inbox and take effect at the start of the next 64-sample
+// block; the host-visible state (current program, stored values, names, editor, status lines) changes at
+// once. Changes that arise on the audio thread itself (controller maps, MIDI program change and bank
+// select) apply at once. The render path never allocates, locks or waits.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include "editor/SynthController.h"
+#include "editor/SynthEditor.h"
+#include "host/ParameterInbox.h"
+#include "host/PluginBase.h"
+#include "host/ProgramStore.h"
+#include "params/ControllerRouter.h"
+#include "params/FileCommands.h"
+#include "params/FileDialogs.h"
+#include "params/Formatters.h"
+#include "params/ParameterTable.h"
+#include "params/TempoDisplayState.h"
+
+namespace tolvane {
+
+class SynthEngine;
+
+class SynthPlugin : public PluginBase,
+                    public SynthController,
+                    private ControllerRouterHost,
+                    private FileCommandTarget {
+public:
+    // dialogs: the platform's file dialogs (may be null: the file commands then report that none exist).
+    SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> dialogs);
+    ~SynthPlugin() override;
+
+    // Host-facing operations.
+    void setParameter(int index, float value) override;
+    float getParameter(int index) override;
+    void process(float** inputs, float** outputs, int frames) override;
+    void processReplacing(float** inputs, float** outputs, int frames) override;
+    void setProgram(int program) override;
+    int getProgram() override { return curProgram_.load(std::memory_order_relaxed); }
+    void setProgramName(const char* name) override;
+    void getProgramName(char* name) override;
+    void getParameterLabel(int index, char* text) override;
+    void getParameterDisplay(int index, char* text) override;
+    void getParameterName(int index, char* text) override;
+    void setSampleRate(float rate) override;
+    void setBlockSize(int size) override;
+    void suspend() override;
+    void resume() override;
+    int processEvents(const vst2::VstEvents* events) override;
+    bool getProgramNameIndexed(int category, int index, char* text) override;
+    bool getOutputProperties(int index, vst2::VstPinProperties* properties) override;
+    bool getEffectName(char* name) override;
+    bool getVendorString(char* text) override;
+    bool getProductString(char* text) override;
+    int getVendorVersion() override { return 0x20000; }
+    int canDo(const char* text) override;
+
+    // What the editor calls.
+    void setParameterAutomated(int index, float value) override;
+    void beginEdit(int index) override { PluginBase::beginEdit(index); }
+    void endEdit(int index) override { PluginBase::endEdit(index); }
+    void hostIdle() override { masterIdle(); }
+
+    // Runs the setter of an index on the engine or the allocator (no editor feedback). Audio thread.
+    void applyParameter(int index, float value);
+    void applyProgramValues(const ProgramRecord& record);
+    void applyControllerMaps(const float (&values)[kNumMapValues]);
+
+    // Applies what other threads handed over, as the audio thread does at the start of a block.
+    // For tests and offline use when no audio thread runs at the same time.
+    void applyPendingChanges();
+
+    // Inspection (tests, tools).
+    SynthEngine& engine() { return *engine_; }
+    ControllerRouter& router() { return *router_; }
+    SynthEditor& synthEditor() { return *synthEditor_; }
+    const ParameterTable& parameterTable() const { return table_; }
+    std::uint32_t tick() const { return tick_; }
+    std::uint32_t pendingSamples() const { return pendingSamples_; }
+    float tempo() const { return tempo_.load(std::memory_order_relaxed); }
+    const ValueFormatter* formatterOf(int index) const;
+
+private:
+    // Tempo-aware displays read what the LFOs and the effect use, computed from the values last set.
+    class LfoDisplay : public LfoDisplayState {
+    public:
+        explicit LfoDisplay(const SynthPlugin& plugin) : plugin_(plugin) {}
+        float tempo() const override { return plugin_.tempo(); }
+        int divisionIndex() const override;
+        std::atomic<int> modeBits{0};
+        std::atomic<float> speed{0.5f};
+
+    private:
+        const SynthPlugin& plugin_;
+    };
+    class DelayDisplay : public DelayDisplayState {
+    public:
+        DelayDisplay(const SynthPlugin& plugin, const ValueMapping& delayTime) : plugin_(plugin), delayTime_(delayTime) {}
+        float tempo() const override { return plugin_.tempo(); }
+        int divisionIndex() const override;
+        float currentDelaySeconds() const override;
+        std::atomic<bool> sync{false};
+        std::atomic<float> time{0.5f};
+
+    private:
+        const SynthPlugin& plugin_;
+        const ValueMapping& delayTime_;
+    };
+    class EditorAdapter;
+
+    // ControllerRouterHost: audio thread, immediate.
+    void setParameterFromMidi(int index, float value) override;
+    void selectProgramFromMidi(int program) override;
+    int currentProgram() const override { return curProgram_.load(std::memory_order_relaxed); }
+
+    // FileCommandTarget: host threads.
+    void applyProgramFromFile(const ProgramRecord& record) override;
+    void applyControllerMapsFromFile(const float (&values)[kNumMapValues]) override;
+    void replaceBank(int bank, const BankPrograms& programs) override;
+    void editBuffer(ProgramRecord& out) const override;
+    void editMapValues(float (&out)[kNumMapValues]) const override;
+    void bankPrograms(int bank, BankPrograms& out) const override;
+    void showStatus(const char* line1, const char* line2) override;
+
+    template <bool Accumulate>
+    void render(float** outputs, int frames);
+    void startOfProcess();
+    void startOfBlock();
+    void readHostTempo(bool passOn);
+    void noteDisplayValue(int index, float value);
+    void showParameterStatus(int index, float value, TextWriter writer);
+    void showProgramStatus(int program, TextWriter writer);
+    void storeCurrentRecord(const ProgramRecord& record);
+    void runEditorCommand(int command);
+
+    ParameterTable table_;
+    std::unique_ptr<ControllerRouter> router_;
+    std::unique_ptr<SynthEngine> engine_;
+    std::uint32_t tick_ = 0;
+    std::uint32_t pendingSamples_ = 0;
+    std::atomic<float> tempo_{-1.0f};
+
+    LfoDisplay lfoDisplay_[2];
+    DelayDisplay delayDisplay_;
+    std::unique_ptr<ValueFormatter> tempoFormatters_[6];
+    std::array<const ValueFormatter*, kNumParameters> formatterOf_{};
+
+    ProgramStore programs_;
+    std::array<std::atomic<float>, kNumProgramValues> currentValues_;
+    AtomicText<32> currentName_;
+    std::array<std::atomic<float>, kNumMapValues> mapValues_;
+
+    ParameterInbox inbox_;
+    std::atomic<bool> suspendPending_{false};
+    std::atomic<float> pendingSampleRate_{0.0f};
+
+    std::unique_ptr<FileDialogs> dialogs_;
+    std::unique_ptr<FileCommands> fileCommands_;
+    std::unique_ptr<SynthEditor> synthEditor_;
+    std::unique_ptr<EditorAdapter> editorAdapter_;
+};
+
+}  // namespace tolvane
