@@ -128,10 +128,10 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
 
     engine_->setTempo(tempo());
 
-    // No controller and no parameter: the normalised forms of index 0 of 129 and index 99 of 100.
+    // No controller and no parameter: 0.5 / 100 and 99.5 / 100 (both quantise to "none").
     float maps[kNumMapValues];
     for (int i = 0; i < kNumControllerMaps; ++i) {
-        maps[i] = ControllerRouter::controlValue(0);
+        maps[i] = 0.5f / 100.0f;
         maps[kNumControllerMaps + i] = ControllerRouter::parameterValue(99);
     }
     for (int i = 0; i < kNumMapValues; ++i) mapValues_[static_cast<std::size_t>(i)].store(maps[i], std::memory_order_relaxed);

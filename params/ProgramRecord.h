@@ -15,7 +15,7 @@ struct ProgramRecord {
 
     void setName(const char* text) {
         std::memset(name, 0, sizeof(name));
-        if (text) std::strncpy(name, text, sizeof(name) - 1);
+        for (std::size_t i = 0; text && i < sizeof(name) - 1 && text[i]; ++i) name[i] = text[i];
     }
 };
 

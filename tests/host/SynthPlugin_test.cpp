@@ -1,0 +1,434 @@
+#include "host/SynthPlugin.h"
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "params/FactoryBank.h"
+#include "params/ProgramFiles.h"
+#include "support/PluginFixture.h"
+
+namespace tolvane {
+namespace {
+
+using testing::PluginFixture;
+
+TEST(SynthPlugin, EffectRecordDescribesAStereoSynthWithEditor) {
+    PluginFixture f;
+    const vst2::AEffect* e = f.effect;
+    EXPECT_EQ(e->magic, 0x56737450);
+    EXPECT_EQ(e->numPrograms, 512);
+    EXPECT_EQ(e->numParams, 176);
+    EXPECT_EQ(e->numInputs, 0);
+    EXPECT_EQ(e->numOutputs, 2);
+    EXPECT_EQ(e->flags, 0x119);
+    EXPECT_EQ(e->uniqueID, ('R' << 24) | ('w' << 16) | ('4' << 8) | 'k');
+    EXPECT_EQ(e->version, 1);
+    EXPECT_EQ(e->initialDelay, 0);
+    EXPECT_FLOAT_EQ(e->ioRatio, 1.0f);
+    EXPECT_EQ(e->processDoubleReplacing, nullptr);
+}
+
+TEST(SynthPlugin, FixedAnswersAndTexts) {
+    PluginFixture f;
+    struct Case {
+        int opcode;
+        vst2::intptr expected;
+    } cases[] = {
+        {vst2::effIdentify, 0x4E764566}, {vst2::effGetChunk, 0},          {vst2::effSetChunk, 0},
+        {vst2::effCanBeAutomated, 1},    {vst2::effString2Parameter, 0},  {vst2::effGetNumProgramCategories, 1},
+        {vst2::effCopyProgram, 0},       {vst2::effConnectInput, 1},      {vst2::effConnectOutput, 1},
+        {vst2::effGetInputProperties, 0}, {vst2::effGetPlugCategory, 2},  {vst2::effGetVendorVersion, 0x20000},
+        {vst2::effKeysRequired, 1},      {vst2::effGetVstVersion, 2200},  {vst2::effGetCurrentMidiProgram, -1},
+        {vst2::effGetVu, 0},             {vst2::effOpen, 0},              {16, 0},
+        {50, 0},                         {100, 0},
+    };
+    for (const Case& c : cases) EXPECT_EQ(f.dispatch(c.opcode), c.expected) << "opcode " << c.opcode;
+
+    char text[256] = {};
+    EXPECT_EQ(f.dispatch(vst2::effGetEffectName, 0, 0, text), 1);
+    EXPECT_STREQ(text, "Tolvane2");
+    EXPECT_EQ(f.dispatch(vst2::effGetVendorString, 0, 0, text), 1);
+    EXPECT_STREQ(text, "Brindlecot");
+    std::memset(text, 0, sizeof text);
+    EXPECT_EQ(f.dispatch(vst2::effGetProductString, 0, 0, text), 0) << "the product string is filled but answers 0";
+    EXPECT_STREQ(text, "Tolvane2");
+}
+
+TEST(SynthPlugin, CanDoIsExactAndCaseSensitive) {
+    PluginFixture f;
+    auto canDo = [&](const char* s) { return f.dispatch(vst2::effCanDo, 0, 0, const_cast<char*>(s)); };
+    EXPECT_EQ(canDo("receiveVstEvents"), 1);
+    EXPECT_EQ(canDo("receiveVstMidiEvent"), 1);
+    EXPECT_EQ(canDo("sendVstEvents"), -1);
+    EXPECT_EQ(canDo(""), -1);
+    EXPECT_EQ(canDo("receivevstevents"), -1);
+}
+
+TEST(SynthPlugin, OutputPinProperties) {
+    PluginFixture f;
+    vst2::VstPinProperties pin{};
+    EXPECT_EQ(f.dispatch(vst2::effGetOutputProperties, 0, 0, &pin), 1);
+    EXPECT_STREQ(pin.label, "Tolvane2 L Out");
+    EXPECT_STREQ(pin.shortLabel, "Tol2L");
+    EXPECT_EQ(pin.flags, 3);
+    EXPECT_EQ(f.dispatch(vst2::effGetOutputProperties, 1, 0, &pin), 1);
+    EXPECT_STREQ(pin.label, "Tolvane2 R Out");
+    EXPECT_STREQ(pin.shortLabel, "Tol2R");
+    std::memset(&pin, 0x55, sizeof pin);
+    EXPECT_EQ(f.dispatch(vst2::effGetOutputProperties, 2, 0, &pin), 0);
+    EXPECT_EQ(static_cast<unsigned char>(pin.label[0]), 0x55) << "an unknown pin leaves the record untouched";
+}
+
+TEST(SynthPlugin, ParameterNamesLabelsAndDisplays) {
+    PluginFixture f;
+    EXPECT_EQ(f.text(vst2::effGetParamName, 0), "Wave1");
+    EXPECT_EQ(f.text(vst2::effGetParamName, 82), "Voulme");
+    EXPECT_EQ(f.text(vst2::effGetParamName, 107), "M1SAssgn");
+    EXPECT_EQ(f.text(vst2::effGetParamName, 130), "-");
+    // Program 0 plays "PulseM" on both oscillators with 8 voices.
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, 0), "PulseM");
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, 77), "8");
+    EXPECT_EQ(f.text(vst2::effGetParamLabel, 2), "%");
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, 126), "-");
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, 144), "-") << "no controller";
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, 160), "-") << "no parameter";
+    // A host that hands a short buffer gets at most eight characters.
+    for (int i = 0; i < kNumParameters; ++i) {
+        EXPECT_LE(f.text(vst2::effGetParamDisplay, i).size(), 8u) << i;
+        EXPECT_LE(f.text(vst2::effGetParamName, i).size(), 8u) << i;
+    }
+}
+
+TEST(SynthPlugin, TempoAwareDisplaysFollowTheHostTempo) {
+    PluginFixture f;
+    f.host.giveTime = false;
+    f.render(64);
+    EXPECT_FLOAT_EQ(f.plugin->tempo(), -1.0f);
+    f.plugin->setParameter(param::Lfo1Mode, 4.5f / 8.0f);  // Poly / Tempo Sync
+    f.plugin->setParameter(param::DelayTempoSync, 1.0f);
+    char text[64];
+    f.plugin->formatterOf(param::Lfo1Mode)->display(4.5f / 8.0f, text);
+    EXPECT_STREQ(text, "P...**");
+    f.plugin->formatterOf(param::Lfo1Mode)->fullText(4.5f / 8.0f, text);
+    EXPECT_STREQ(text, "Poly/[tempo not available]");
+    f.plugin->formatterOf(param::DelayTempoSync)->display(1.0f, text);
+    EXPECT_STREQ(text, "[NA]");
+
+    f.host.giveTime = true;
+    f.host.time.tempo = 120.0;
+    f.render(64);
+    EXPECT_FLOAT_EQ(f.plugin->tempo(), 120.0f);
+    f.plugin->setParameter(param::Lfo1Speed, 12.5f / 31.0f);  // division 12: "1"
+    f.plugin->formatterOf(param::Lfo1Speed)->display(0.0f, text);
+    EXPECT_STREQ(text, "1");
+    f.plugin->setParameter(param::EffectDelayTime, 1.0f);  // "2" = 4 s at 120 bpm, limited by the delay line
+    f.plugin->formatterOf(param::EffectDelayTime)->fullText(1.0f, text);
+    EXPECT_STREQ(text, "2 [limited up to 2sec]");
+    f.plugin->setParameter(param::EffectDelayTime, 0.6f);  // "1/3" = 2/3 s
+    f.plugin->formatterOf(param::EffectDelayTime)->fullText(0.6f, text);
+    EXPECT_STREQ(text, "1/3");
+}
+
+TEST(SynthPlugin, ProgramsAndTheirStatusLines) {
+    PluginFixture f;
+    EXPECT_EQ(f.text(vst2::effGetProgramName), "Lavender Myst");
+    EXPECT_EQ(f.statusLine1(), "Tolvane2");
+
+    char name[64];
+    EXPECT_EQ(f.dispatch(vst2::effGetProgramNameIndexed, 511, 0, name), 1);
+    EXPECT_STREQ(name, "InitProg");
+    EXPECT_EQ(f.dispatch(vst2::effGetProgramNameIndexed, 63, 7, name), 1) << "the category is ignored";
+    EXPECT_STREQ(name, "Infinity");
+    EXPECT_EQ(f.dispatch(vst2::effGetProgramNameIndexed, 512, 0, name), 0);
+
+    f.dispatch(vst2::effSetProgram, 0, 130);
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 130);
+    std::string l1, l2;
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "Program B-3");
+    EXPECT_EQ(l2, "");
+    f.dispatch(vst2::effSetProgram, 0, 511);
+    EXPECT_EQ(f.statusLine1(), "Program D-128");
+    f.dispatch(vst2::effSetProgram, 0, 512);
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 511) << "512 and above are ignored";
+    f.dispatch(vst2::effSetProgram, 0, 128);
+    EXPECT_EQ(f.statusLine1(), "Program B-1");
+    EXPECT_EQ(f.text(vst2::effGetProgramName), "InitProg");
+    f.dispatch(vst2::effSetProgramName, 0, 0, const_cast<char*>("Renamed"));
+    EXPECT_EQ(f.text(vst2::effGetProgramName), "InitProg") << "the host cannot rename programs";
+}
+
+TEST(SynthPlugin, StoredValuesAnswerGetParameter) {
+    PluginFixture f;
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.485f);
+    f.effect->setParameter(f.effect, 33, 0.9f);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.485f) << "edits do not change the stored program";
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(33), 0.9f) << "but reach the editor's edit buffer";
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 150), 0.005f);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 170), 0.995f);
+    std::string l1, l2;
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "Filter Cutoff Frequency");
+    EXPECT_NE(l2.find(" Hz"), std::string::npos);
+    f.effect->setParameter(f.effect, -1, 0.5f);  // ignored
+    f.effect->setParameter(f.effect, 176, 0.5f);
+    EXPECT_EQ(f.statusLine1(), "Filter Cutoff Frequency");
+}
+
+TEST(SynthPlugin, ParametersReachTheEngineAtTheNextBlock) {
+    PluginFixture f;
+    EXPECT_EQ(f.plugin->router().voiceCount(), 8);
+    f.effect->setParameter(f.effect, param::NumberOfVoices, 1.0f);
+    EXPECT_EQ(f.plugin->router().voiceCount(), 8) << "not before the next block";
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().voiceCount(), 64);
+    f.effect->setParameter(f.effect, param::MidiChannel, 3.5f / 17.0f);
+    f.effect->setParameter(f.effect, param::Unison, 1.0f);
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().midiChannel(), 2);
+    EXPECT_TRUE(f.plugin->router().unison());
+    // Out-of-range values from a careless host are limited, never passed on.
+    f.effect->setParameter(f.effect, param::NumberOfVoices, 7.0f);
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().voiceCount(), 64);
+    f.effect->setParameter(f.effect, param::NumberOfVoices, std::nanf(""));
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().voiceCount(), 1);
+}
+
+TEST(SynthPlugin, RendersOnASixtyFourSampleGrid) {
+    PluginFixture f;
+    f.render(100);
+    EXPECT_EQ(f.plugin->tick(), 2u);
+    EXPECT_EQ(f.plugin->pendingSamples(), 28u);
+    f.render(20);
+    EXPECT_EQ(f.plugin->tick(), 2u);
+    EXPECT_EQ(f.plugin->pendingSamples(), 8u);
+    f.render(8);
+    EXPECT_EQ(f.plugin->pendingSamples(), 0u);
+    f.render(64);
+    EXPECT_EQ(f.plugin->tick(), 3u);
+    EXPECT_EQ(f.plugin->pendingSamples(), 0u);
+
+    f.dispatch(vst2::effMainsChanged, 0, 0);
+    f.dispatch(vst2::effMainsChanged, 0, 1);
+    EXPECT_EQ(f.host.count(vst2::audioMasterWantMidi), 1);
+    f.render(64);
+    EXPECT_EQ(f.plugin->tick(), 1u) << "rendering starts again from tick 1 after suspend and resume";
+}
+
+TEST(SynthPlugin, HostTempoIsPolledOncePerCall) {
+    PluginFixture f;
+    int before = f.host.count(vst2::audioMasterGetTime);
+    f.render(300);
+    EXPECT_EQ(f.host.count(vst2::audioMasterGetTime), before + 1);
+    f.host.giveTime = false;
+    f.render(64);
+    EXPECT_FLOAT_EQ(f.plugin->tempo(), -1.0f);
+}
+
+TEST(SynthPlugin, MidiProgramChangeAndBankSelect) {
+    PluginFixture f;
+    f.dispatch(vst2::effSetProgram, 0, 300);
+    f.render(64, {{0xC0, 5, 0}});
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 261);
+    EXPECT_EQ(f.statusLine1(), "Program C-6");
+    f.dispatch(vst2::effSetProgram, 0, 3);
+    f.render(64, {{0xB0, 0, 6}});
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 259);
+    f.dispatch(vst2::effSetProgram, 0, 10);
+    f.render(64, {{0xB0, 0, 5}});
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 138);
+}
+
+TEST(SynthPlugin, ControllerMapsAndLearn) {
+    PluginFixture f;
+    // Map 1: controller 7 drives the filter cutoff.
+    f.effect->setParameter(f.effect, 144, 7.5f / 129.0f);
+    f.effect->setParameter(f.effect, 160, 33.5f / 100.0f);
+    f.render(64, {{0xB0, 7, 127}});
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(33), 1.0f);
+    f.render(64, {{0xB0, 7, 0}});
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(33), 0.0f);
+    EXPECT_EQ(f.statusLine1(), "Filter Cutoff Frequency");
+
+    // Map 2 learns: sustain does not teach it, controller 74 does, and the same message does not move
+    // the map's target.
+    f.effect->setParameter(f.effect, 145, 1.0f);
+    f.effect->setParameter(f.effect, 161, 2.5f / 100.0f);
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().mapControl(1), 128);
+    f.render(64, {{0xB0, 64, 127}});
+    EXPECT_EQ(f.plugin->router().mapControl(1), 128);
+    float pulseWidth = f.plugin->synthEditor().value(2);
+    f.render(64, {{0xB0, 74, 100}});
+    EXPECT_EQ(f.plugin->router().mapControl(1), 74);
+    EXPECT_NEAR(f.plugin->synthEditor().value(145), 74.5f / 129.0f, 1e-6);
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(2), pulseWidth);
+    f.render(64, {{0xB0, 74, 127}});
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(2), 1.0f);
+    // Maps are not part of programs, and getParameter answers the loaded map values.
+    f.dispatch(vst2::effSetProgram, 0, 5);
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().mapControl(1), 74);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 145), 0.005f);
+}
+
+TEST(SynthPlugin, MapControlSkipsSustainAndAllNotesOff) {
+    PluginFixture f;
+    f.effect->setParameter(f.effect, 144, 64.5f / 129.0f);
+    f.effect->setParameter(f.effect, 145, 120.5f / 129.0f);
+    f.effect->setParameter(f.effect, 146, 123.5f / 129.0f);
+    f.effect->setParameter(f.effect, 147, 0.0f);
+    f.render(64);
+    EXPECT_EQ(f.plugin->router().mapControl(0), 65);
+    EXPECT_EQ(f.plugin->router().mapControl(1), 121);
+    EXPECT_EQ(f.plugin->router().mapControl(2), 124);
+    EXPECT_EQ(f.plugin->router().mapControl(3), 0);
+}
+
+class TempFile {
+public:
+    explicit TempFile(const std::string& name) : path_(std::string(::testing::TempDir()) + name) {}
+    ~TempFile() { std::remove(path_.c_str()); }
+    const std::string& path() const { return path_; }
+    void write(const FileBytes& bytes) {
+        std::ofstream out(path_, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+
+private:
+    std::string path_;
+};
+
+TEST(SynthPlugin, LoadingAProgramFileKeepsTheProgramNumber) {
+    PluginFixture f;
+    ProgramRecord record = factoryProgram(0);
+    record.setName("From File");
+    record.values[param::FilterCutoff] = 0.25f;
+    TempFile file("plugin-load.prog");
+    file.write(writeProgramFile(record));
+
+    f.dispatch(vst2::effSetProgram, 0, 200);
+    f.dialogs->outcome = DialogChoice::Outcome::Chosen;
+    f.dialogs->path = file.path();
+    f.dispatch(vst2::effSetProgram, 0, -3);
+    std::string l1, l2;
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "Program loaded: B-73");
+    EXPECT_EQ(l2, "");
+    EXPECT_EQ(f.dispatch(vst2::effGetProgram), 200);
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(param::FilterCutoff), 0.25f);
+    char name[32];
+    f.plugin->synthEditor().programName(name);
+    EXPECT_STREQ(name, "From File");
+}
+
+TEST(SynthPlugin, FailedLoadChangesNothingAndMissingDialogIsReported) {
+    PluginFixture f;
+    TempFile file("plugin-bad.prog");
+    FileBytes bytes = writeProgramFile(factoryProgram(5));
+    bytes[20 + 3] = 2;  // count 2
+    file.write(bytes);
+    f.plugin->synthEditor().setParameter(param::FilterCutoff, 0.3f);
+    f.dialogs->outcome = DialogChoice::Outcome::Chosen;
+    f.dialogs->path = file.path();
+    f.dispatch(vst2::effSetProgram, 0, -3);
+    std::string l1, l2;
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "File I/O error");
+    EXPECT_EQ(l2, "Invalid format");
+    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(param::FilterCutoff), 0.3f);
+
+    f.dialogs->outcome = DialogChoice::Outcome::Unavailable;
+    f.dispatch(vst2::effSetProgram, 0, -4);
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "File I/O error");
+    EXPECT_EQ(l2, "No file dialog");
+
+    f.dialogs->outcome = DialogChoice::Outcome::Cancelled;
+    f.plugin->synthEditor().showStatus("before", "cancel");
+    f.dispatch(vst2::effSetProgram, 0, -5);
+    f.status(l1, l2);
+    EXPECT_EQ(l1, "") << "a command clears the status; a cancel shows nothing";
+}
+
+TEST(SynthPlugin, BankRoundTripReplacesTheCurrentBank) {
+    PluginFixture f;
+    f.dispatch(vst2::effSetProgram, 0, 130);  // bank B
+    BankPrograms bank;
+    for (int i = 0; i < kProgramsPerBank; ++i) {
+        bank.programs[i] = factoryProgram(64);
+        char name[32];
+        std::snprintf(name, sizeof name, "Bank Sound %d", i);
+        bank.programs[i].setName(name);
+        bank.programs[i].values[param::FilterCutoff] = static_cast<float>(i) / 127.0f;
+    }
+    TempFile file("plugin.bank");
+    file.write(writeBankFile(bank));
+    f.dialogs->outcome = DialogChoice::Outcome::Chosen;
+    f.dialogs->path = file.path();
+    f.dispatch(vst2::effSetProgram, 0, -4);
+    EXPECT_EQ(f.statusLine1(), "Bank B loaded");
+    char name[64];
+    f.dispatch(vst2::effGetProgramNameIndexed, 128 + 7, 0, name);
+    EXPECT_STREQ(name, "Bank Sound 7");
+    f.dispatch(vst2::effGetProgramNameIndexed, 7, 0, name);
+    EXPECT_STREQ(name, "Slow Sync Strings") << "other banks keep their programs";
+    EXPECT_EQ(f.text(vst2::effGetProgramName), "Bank Sound 2") << "the current program is applied again";
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, param::FilterCutoff), 2.0f / 127.0f);
+
+    TempFile saved("plugin-saved.bank");
+    f.dialogs->path = saved.path();
+    f.dispatch(vst2::effSetProgram, 0, -7);
+    EXPECT_EQ(f.statusLine1(), "Bank B saved");
+    std::ifstream in(saved.path(), std::ios::binary);
+    FileBytes bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    BankPrograms back;
+    ASSERT_EQ(readBankFile(bytes.data(), bytes.size(), back), FileResult::Ok);
+    EXPECT_STREQ(back.programs[127].name, "Bank Sound 127");
+}
+
+TEST(SynthPlugin, EditorNameFieldRenamesTheCurrentProgram) {
+    PluginFixture f;
+    f.plugin->setProgramName("My Lavender");
+    EXPECT_EQ(f.text(vst2::effGetProgramName), "My Lavender");
+    char name[32];
+    f.plugin->synthEditor().programName(name);
+    EXPECT_STREQ(name, "My Lavender");
+    f.dispatch(vst2::effGetProgramNameIndexed, 0, 0, name);
+    EXPECT_STREQ(name, "My Lavender");
+}
+
+TEST(SynthPlugin, EditorAutomationReportsToTheHost) {
+    PluginFixture f;
+    f.plugin->setParameterAutomated(12, 0.3f);
+    ASSERT_EQ(f.host.count(vst2::audioMasterAutomate), 1);
+    for (const auto& c : f.host.calls)
+        if (c.opcode == vst2::audioMasterAutomate) {
+            EXPECT_EQ(c.index, 12);
+            EXPECT_FLOAT_EQ(c.opt, 0.3f);
+        }
+    f.plugin->beginEdit(12);
+    f.plugin->endEdit(12);
+    EXPECT_EQ(f.host.count(vst2::audioMasterBeginEdit), 1);
+    EXPECT_EQ(f.host.count(vst2::audioMasterEndEdit), 1);
+}
+
+TEST(SynthPlugin, EditorRectangle) {
+    PluginFixture f;
+    vst2::ERect* rect = nullptr;
+    EXPECT_EQ(f.dispatch(vst2::effEditGetRect, 0, 0, &rect), 1);
+    ASSERT_NE(rect, nullptr);
+    EXPECT_EQ(rect->top, 0);
+    EXPECT_EQ(rect->left, 0);
+    EXPECT_EQ(rect->bottom, 310);
+    EXPECT_EQ(rect->right, 718);
+}
+
+}  // namespace
+}  // namespace tolvane

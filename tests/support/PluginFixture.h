@@ -1,0 +1,87 @@
+// A plug-in object driven through its effect record, as a host drives it.
+#pragma once
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/SynthPlugin.h"
+#include "support/FakeFileDialogs.h"
+#include "support/FakeHost.h"
+
+namespace tolvane::testing {
+
+class PluginFixture {
+public:
+    PluginFixture() {
+        host.install();
+        auto dialogsOwned = std::make_unique<FakeFileDialogs>();
+        dialogs = dialogsOwned.get();
+        plugin = new SynthPlugin(&FakeHost::callback, std::move(dialogsOwned));
+        effect = plugin->effect();
+    }
+    ~PluginFixture() {
+        if (effect) dispatch(vst2::effClose);
+        FakeHost::current() = nullptr;
+    }
+    PluginFixture(const PluginFixture&) = delete;
+    PluginFixture& operator=(const PluginFixture&) = delete;
+
+    vst2::intptr dispatch(int opcode, int index = 0, vst2::intptr value = 0, void* ptr = nullptr, float opt = 0.0f) {
+        vst2::intptr r = effect->dispatcher(effect, opcode, index, value, ptr, opt);
+        if (opcode == vst2::effClose) effect = nullptr;
+        return r;
+    }
+
+    std::string text(int opcode, int index = 0, vst2::intptr value = 0) {
+        char buffer[256];
+        std::memset(buffer, 0x7F, sizeof buffer);
+        buffer[255] = 0;
+        dispatch(opcode, index, value, buffer);
+        return buffer;
+    }
+
+    void status(std::string& line1, std::string& line2) {
+        char a[SynthEditor::kStatusTextSize], b[SynthEditor::kStatusTextSize];
+        plugin->synthEditor().statusLines(a, b);
+        line1 = a;
+        line2 = b;
+    }
+    std::string statusLine1() {
+        std::string a, b;
+        status(a, b);
+        return a;
+    }
+
+    // Renders frames samples with processReplacing, after delivering the given MIDI events at offset 0.
+    void render(int frames, const std::vector<std::array<unsigned char, 3>>& midi = {}) {
+        std::vector<vst2::VstMidiEvent> events(midi.size());
+        std::vector<vst2::VstEvent*> pointers;
+        for (std::size_t i = 0; i < midi.size(); ++i) {
+            vst2::VstMidiEvent& e = events[i];
+            std::memset(&e, 0, sizeof e);
+            e.type = vst2::kVstMidiType;
+            e.byteSize = sizeof e;
+            for (int k = 0; k < 3; ++k) e.midiData[k] = static_cast<char>(midi[i][k]);
+            pointers.push_back(reinterpret_cast<vst2::VstEvent*>(&e));
+        }
+        std::vector<char> storage(sizeof(vst2::VstEvents) + pointers.size() * sizeof(vst2::VstEvent*));
+        auto* list = reinterpret_cast<vst2::VstEvents*>(storage.data());
+        list->numEvents = static_cast<int>(pointers.size());
+        for (std::size_t i = 0; i < pointers.size(); ++i) list->events[i] = pointers[i];
+        dispatch(vst2::effProcessEvents, 0, 0, list);
+        left.assign(static_cast<std::size_t>(frames), 0.0f);
+        right.assign(static_cast<std::size_t>(frames), 0.0f);
+        float* outs[2] = {left.data(), right.data()};
+        effect->processReplacing(effect, nullptr, outs, frames);
+    }
+
+    FakeHost host;
+    FakeFileDialogs* dialogs = nullptr;
+    SynthPlugin* plugin = nullptr;
+    vst2::AEffect* effect = nullptr;
+    std::vector<float> left, right;
+};
+
+}  // namespace tolvane::testing
