@@ -4,7 +4,8 @@
 // There are two slots: one written only by the audio thread, one by every other thread (those writers
 // serialise among themselves by claiming the slot and may wait for each other). Each slot is guarded by
 // a sequence counter (odd while it is written) and carries a stamp from a shared counter; the reader
-// copies both slots until each copy is consistent and returns the one stored last.
+// copies both slots until each copy is consistent and returns the one stored last. All accesses are
+// sequentially consistent atomics, so the sequence check needs no separate fences.
 #pragma once
 
 #include <atomic>
@@ -44,25 +45,23 @@ public:
     // Stores exactly Capacity bytes (a record that may contain zeros).
     void storeBytes(const char* bytes, TextWriter writer = TextWriter::Other) {
         Slot& slot = slots_[static_cast<int>(writer)];
-        std::uint32_t seq = slot.sequence.load(std::memory_order_relaxed);
+        std::uint32_t seq = slot.sequence.load();
         if (writer == TextWriter::Audio) {
-            slot.sequence.store(seq + 1, std::memory_order_relaxed);
+            slot.sequence.store(seq + 1);
         } else {
             for (;;) {
-                seq = slot.sequence.load(std::memory_order_relaxed);
-                if (!(seq & 1u) && slot.sequence.compare_exchange_weak(seq, seq + 1, std::memory_order_relaxed))
-                    break;
+                seq = slot.sequence.load();
+                if (!(seq & 1u) && slot.sequence.compare_exchange_weak(seq, seq + 1)) break;
                 std::this_thread::yield();
             }
         }
-        std::atomic_thread_fence(std::memory_order_release);
         for (std::size_t i = 0; i < kWords; ++i) {
             std::uint64_t w;
             std::memcpy(&w, bytes + 8 * i, 8);
-            slot.words[i].store(w, std::memory_order_relaxed);
+            slot.words[i].store(w);
         }
-        slot.stamp.store(stampCounter_.fetch_add(1, std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-        slot.sequence.store(seq + 2, std::memory_order_release);
+        slot.stamp.store(stampCounter_.fetch_add(1) + 1);
+        slot.sequence.store(seq + 2);
     }
 
     // Copies the text stored last (Capacity bytes) into out.
@@ -76,7 +75,7 @@ public:
     }
 
     // Grows whenever a text is stored.
-    std::uint64_t version() const { return stampCounter_.load(std::memory_order_acquire); }
+    std::uint64_t version() const { return stampCounter_.load(); }
 
 private:
     struct Slot {
@@ -87,18 +86,17 @@ private:
 
     static std::uint64_t read(const Slot& slot, char* out) {
         for (;;) {
-            std::uint32_t before = slot.sequence.load(std::memory_order_acquire);
+            std::uint32_t before = slot.sequence.load();
             if (before & 1u) {
                 std::this_thread::yield();
                 continue;
             }
             for (std::size_t i = 0; i < kWords; ++i) {
-                std::uint64_t w = slot.words[i].load(std::memory_order_relaxed);
+                std::uint64_t w = slot.words[i].load();
                 std::memcpy(out + 8 * i, &w, 8);
             }
-            std::uint64_t stamp = slot.stamp.load(std::memory_order_relaxed);
-            std::atomic_thread_fence(std::memory_order_acquire);
-            if (slot.sequence.load(std::memory_order_relaxed) == before) return stamp;
+            std::uint64_t stamp = slot.stamp.load();
+            if (slot.sequence.load() == before) return stamp;
         }
     }
 

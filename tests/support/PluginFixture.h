@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/SynthPlugin.h"
+#include "support/AllocationCounter.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeHost.h"
 
@@ -70,11 +71,13 @@ public:
         auto* list = reinterpret_cast<vst2::VstEvents*>(storage.data());
         list->numEvents = static_cast<int>(pointers.size());
         for (std::size_t i = 0; i < pointers.size(); ++i) list->events[i] = pointers[i];
-        dispatch(vst2::effProcessEvents, 0, 0, list);
         left.assign(static_cast<std::size_t>(frames), 0.0f);
         right.assign(static_cast<std::size_t>(frames), 0.0f);
         float* outs[2] = {left.data(), right.data()};
+        AllocationCounter counter;  // what the plug-in allocates on the audio thread
+        dispatch(vst2::effProcessEvents, 0, 0, list);
         effect->processReplacing(effect, nullptr, outs, frames);
+        allocationsWhileProcessing += counter.count();
     }
 
     FakeHost host;
@@ -82,6 +85,7 @@ public:
     SynthPlugin* plugin = nullptr;
     vst2::AEffect* effect = nullptr;
     std::vector<float> left, right;
+    std::size_t allocationsWhileProcessing = 0;
 };
 
 }  // namespace tolvane::testing

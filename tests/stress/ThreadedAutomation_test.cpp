@@ -1,0 +1,93 @@
+// One thread renders while others automate parameters, switch programs, load banks and read displays,
+// as hosts do. Built and run under ThreadSanitizer by the test command; any data race fails it.
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "params/FactoryBank.h"
+#include "params/ProgramFiles.h"
+#include "support/PluginFixture.h"
+
+namespace tolvane {
+namespace {
+
+using testing::PluginFixture;
+
+TEST(ThreadedAutomation, RenderingWhileOtherThreadsChangeEverything) {
+    PluginFixture f;
+    std::string bankPath = std::string(::testing::TempDir()) + "stress.bank";
+    {
+        BankPrograms bank;
+        for (int i = 0; i < kProgramsPerBank; ++i) bank.programs[i] = factoryProgram(i);
+        FileBytes bytes = writeBankFile(bank);
+        std::ofstream out(bankPath, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+    f.dialogs->outcome = DialogChoice::Outcome::Chosen;
+    f.dialogs->path = bankPath;
+    f.host.record = false;  // the fake host's call log is not thread-safe
+
+    std::atomic<bool> stop{false};
+    std::atomic<long> blocks{0};
+
+    std::thread audio([&] {
+        std::mt19937 rng(1);
+        const int sizes[] = {1, 7, 64, 100, 512, 4096};
+        while (!stop.load()) {
+            std::vector<std::array<unsigned char, 3>> midi;
+            int n = static_cast<int>(rng() % 4);
+            for (int i = 0; i < n; ++i) {
+                unsigned char status = static_cast<unsigned char>(0x80 | ((rng() % 7) << 4));
+                midi.push_back({status, static_cast<unsigned char>(rng() % 128), static_cast<unsigned char>(rng() % 128)});
+            }
+            f.render(sizes[rng() % 6], midi);
+            blocks.fetch_add(1);
+        }
+    });
+
+    std::thread automation([&] {
+        std::mt19937 rng(2);
+        while (!stop.load()) {
+            int index = static_cast<int>(rng() % kNumParameters);
+            f.effect->setParameter(f.effect, index, static_cast<float>(rng() % 1001) / 1000.0f);
+            if (rng() % 50 == 0) f.dispatch(vst2::effSetProgram, 0, static_cast<vst2::intptr>(rng() % 512));
+        }
+    });
+
+    std::thread interface([&] {
+        std::mt19937 rng(3);
+        char text[256];
+        int loads = 0;
+        while (!stop.load()) {
+            int index = static_cast<int>(rng() % kNumParameters);
+            f.dispatch(vst2::effGetParamDisplay, index, 0, text);
+            f.dispatch(vst2::effGetProgramNameIndexed, static_cast<int>(rng() % 512), 0, text);
+            f.dispatch(vst2::effGetProgramName, 0, 0, text);
+            f.effect->getParameter(f.effect, index);
+            std::string l1, l2;
+            f.status(l1, l2);
+            f.plugin->synthEditor().takeChanged(index);
+            if (loads < 20 && rng() % 200 == 0) {
+                f.dispatch(vst2::effSetProgram, 0, -4);  // load the bank file
+                ++loads;
+            }
+        }
+    });
+
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    stop.store(true);
+    audio.join();
+    automation.join();
+    interface.join();
+    std::remove(bankPath.c_str());
+    EXPECT_GT(blocks.load(), 100);
+}
+
+}  // namespace
+}  // namespace tolvane
