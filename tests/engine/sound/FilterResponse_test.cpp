@@ -3,7 +3,6 @@
 // tan(pi f) = tan(pi c / 2); a band type's centre is at f = c.
 #include <cmath>
 #include <complex>
-#include <string>
 
 #include <gtest/gtest.h>
 
@@ -70,6 +69,7 @@ double expectedGain(FilterKind kind, double c, double r, double f) {
 const char* kKindNames[] = {"LP6", "LP12", "LP18", "LP24", "HP6", "HP12", "HP18", "HP24", "BP12", "BP24", "BR12", "BR24"};
 
 TEST(FilterResponse, EveryTypeFollowsItsPrototype) {
+    // From far below to far above each corner or centre: pass bands, slopes, peaks and stop bands.
     // c = 0.0625 and 0.125 read the tangent and sine tables exactly at entries; f = m / 8192.
     const double frequencies[] = {24.0 / 8192, 128.0 / 8192, 256.0 / 8192, 512.0 / 8192, 1024.0 / 8192,
                                   1536.0 / 8192, 3000.0 / 8192};
@@ -115,33 +115,6 @@ TEST(FilterResponse, NamedGains) {
     EXPECT_NEAR(rig.gain(FilterKind::BandPass12, 0.125), 1.0 / 1.06, 1e-3);
     rig.set(0.125f, 0.5f, 4.0f);
     EXPECT_NEAR(rig.gain(FilterKind::BandPass12, 0.125, 0.2), 1.0 / 0.56, 2e-3);
-}
-
-TEST(FilterResponse, PassAndStopBands) {
-    struct Case {
-        FilterKind kind;
-        double pass;  // a frequency the type lets through
-        double stop;  // a frequency it rejects
-    };
-    // Low- and high-pass corners at f = 1/64; band types centred on f = 1/8 at r = 0.5.
-    const double low = 8.0 / 8192, centre = 0.125, high = 3600.0 / 8192;
-    const Case cases[] = {
-        {FilterKind::LowPass6, low, high},      {FilterKind::LowPass12, low, high},
-        {FilterKind::LowPass18, low, high},     {FilterKind::LowPass24, low, high},
-        {FilterKind::HighPass6, high, low},     {FilterKind::HighPass12, high, low},
-        {FilterKind::HighPass18, high, low},    {FilterKind::HighPass24, high, low},
-        {FilterKind::BandPass12, centre, low},  {FilterKind::BandPass24, centre, high},
-        {FilterKind::BandReject12, low, centre}, {FilterKind::BandReject24, high, centre},
-    };
-    for (const Case& c : cases) {
-        FilterRig rig;
-        rig.set(isLowOrHighPass(c.kind) ? 0.03125f : 0.125f, isLowOrHighPass(c.kind) ? 0.0f : 0.5f, 4.0f);
-        double pass = rig.gain(c.kind, c.pass);
-        double stop = rig.gain(c.kind, c.stop);
-        std::string name = kKindNames[static_cast<int>(c.kind)];
-        EXPECT_GT(pass, 0.85) << name;
-        EXPECT_LT(stop, 0.1 * pass) << name;
-    }
 }
 
 }  // namespace

@@ -102,20 +102,5 @@ TEST(VoiceSum, ResetFadesEveryVoiceInAgain) {
     for (int n = 0; n < 64; ++n) EXPECT_NEAR(y[n], ramp(0.0f, 1.0f, n) + 4.0f * ramp(0.0f, 0.25f, n), 1e-6) << n;
 }
 
-TEST(VoiceSum, SharedAudioIsRenderedOncePerBlock) {
-    // A one-voice source serves every voice: pulled once per block, added once per audible voice.
-    ModuleGraph graph;
-    graph.setVoiceCount(3);
-    Poly<ValueSource> amplitude(graph, 0, kRuleGraphVoices, 1.0f);
-    Poly<TestSignal> audio(graph, 0, kRuleFromInputs);
-    audio.at(0).setConstant(0.5f);
-    AmpSection amp(graph, &amplitude, &audio);
-    EXPECT_EQ(amp.voiceSum().slotCount(), 3);
-    amp.voiceSum().update(1);
-    amp.voiceSum().update(2);
-    EXPECT_EQ(audio.at(0).renders, 2);
-    EXPECT_FLOAT_EQ(amp.voiceSum().block()[5], 1.5f);
-}
-
 }  // namespace
 }  // namespace tolvane
