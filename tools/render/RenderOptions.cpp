@@ -36,6 +36,8 @@ std::string renderUsage() {
            "  --rate HZ            sample rate (default: 44100)\n"
            "  --block N            host block size in frames (default: 512)\n"
            "  --program N          program number to select before rendering\n"
+           "  --load FILE          apply a program (.prog/.prg), bank (.bank/.bnk) or controller-map (.cmap)\n"
+           "                       file of this synthesizer after the program, before the --param values\n"
            "  --param INDEX=VALUE  set a parameter to a value from 0 to 1 (repeatable)\n"
            "  --tempo BPM          host tempo (default: 120)\n"
            "  --no-tempo           the host reports no tempo\n"
@@ -137,9 +139,10 @@ bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& opt
             else
                 return refuse("expected 16, 24 or float");
         }
-        // A --load option for program, bank and controller-map files belongs here, next to --program;
-        // main applies the file after the program and before the --param overrides.
-        else {
+        else if (name == "--load") {
+            if (!takeValue()) return false;
+            options.loadPath = value;
+        } else {
             error = "unknown option " + args[i];
             return false;
         }

@@ -16,6 +16,7 @@ struct RenderOptions {
     double sampleRate = 44100.0;
     int blockSize = 512;
     int program = -1;  // -1: leave the plug-in's current program
+    std::string loadPath;    // a program, bank or controller-map file applied before the overrides
     std::vector<std::pair<int, float>> parameters;  // applied in the order given
     double tempo = 120.0;                           // 0: the host reports no tempo
     double lengthSeconds = -1.0;                    // below 0: to the end of the MIDI plus the release tail

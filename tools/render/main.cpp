@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+#include "params/FileStorage.h"
+#include "params/ProgramFiles.h"
 #include "tools/render/DemoPhrase.h"
 #include "tools/render/MidiFile.h"
 #include "tools/render/RenderOptions.h"
@@ -42,6 +44,41 @@ const char* formatName(WavFormat format) {
         case WavFormat::Float32: return "32-bit float";
     }
     return "";
+}
+
+// Applies a program, bank or controller-map file through the plug-in's parameters: a program's 144
+// values, the selected program's record of a bank (program 0's without --program), or the 32 map values.
+bool applyFile(VstHost& host, const std::string& path, int program, std::string& error) {
+    FileBytes bytes;
+    FileResult result = readWholeFile(path, bytes);
+    if (result != FileResult::Ok) {
+        error = path + ": " + fileResultSecondLine(result);
+        return false;
+    }
+    auto setAll = [&](int first, const float* values, int count) {
+        for (int i = 0; i < count; ++i)
+            if (!host.setParameter(first + i, values[i], error)) return false;
+        return true;
+    };
+    ProgramRecord record;
+    if (readProgramFile(bytes.data(), bytes.size(), record) == FileResult::Ok) {
+        std::printf("Loaded program \"%.31s\" from %s\n", record.name, path.c_str());
+        return setAll(0, record.values, kNumProgramValues);
+    }
+    BankPrograms bank;
+    if (readBankFile(bytes.data(), bytes.size(), bank) == FileResult::Ok) {
+        const ProgramRecord& chosen = bank.programs[(program < 0 ? 0 : program) % kProgramsPerBank];
+        std::printf("Loaded program \"%.31s\" of the bank %s\n", chosen.name, path.c_str());
+        return setAll(0, chosen.values, kNumProgramValues);
+    }
+    float maps[kNumMapValues];
+    result = readControllerMapFile(bytes.data(), bytes.size(), maps);
+    if (result == FileResult::Ok) {
+        std::printf("Loaded controller maps from %s\n", path.c_str());
+        return setAll(kFirstMapParameter, maps, kNumMapValues);
+    }
+    error = path + ": not a program, bank or controller-map file (" + fileResultSecondLine(result) + ")";
+    return false;
 }
 
 int fail(const std::string& message) {
@@ -104,8 +141,10 @@ int run(int argc, char** argv) {
 
     if (!host.start(options.sampleRate, options.blockSize, error)) return fail(error);
     if (options.program >= 0 && !host.setProgram(options.program, error)) return fail(error);
-    // Program, bank and controller-map files given with --load are applied here, between the program
-    // and the parameter overrides.
+    if (!options.loadPath.empty()) {
+        if (effect->numParams < kNumParameters) return fail("--load needs a plug-in with this synthesizer's parameters");
+        if (!applyFile(host, options.loadPath, options.program, error)) return fail(error);
+    }
     for (const auto& [index, value] : options.parameters)
         if (!host.setParameter(index, value, error)) return fail(error);
 
