@@ -1,5 +1,6 @@
 #include "tools/skin/SkinBitmaps.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -158,8 +159,8 @@ BmpImage buttonStrip(int width, int rowHeight, const std::vector<Legend>& legend
 
 LegendDraw text(std::string legend, Font font = legendFont) {
     return [legend, font](cairo_t* cr, double x, double y, double w, double h, Colour ink) {
-        // 8-pixel capitals have a cap height of 6; centre them in the key, one pixel above the middle
-        // to balance the key's darker lower edge.
+        // 8-pixel capitals are 6 pixels tall: the baseline three below the middle centres them, the
+        // odd half pixel going upwards, away from the key's darker lower edge.
         double baseline = y + std::floor(h / 2.0) + 3.0;
         // A legend wider than its key is squeezed until it keeps a pixel clear inside either edge.
         Font fitted = font;
@@ -232,7 +233,8 @@ LegendDraw waveIcon(int waveform) {
 LegendDraw filterTypeLegend(int type) {
     static const char* const names[] = {"LP", "HP", "BP", "BR"};
     std::string name = names[type];
-    return [type, name](cairo_t* cr, double x, double y, double w, double h, Colour ink) {
+    return [type, name](cairo_t* cr, double x, double y, double /*w*/, double h, Colour ink) {
+        // The curve takes the left 14 pixels of the 30-pixel key, the letters are centred in the rest.
         std::function<double(double)> response;
         switch (type) {
             case 0: response = [](double t) { return t < 0.45 ? 1.0 : std::max(0.0, 1.0 - (t - 0.45) * 1.9); }; break;
@@ -243,7 +245,6 @@ LegendDraw filterTypeLegend(int type) {
         plot(sampled(response), 3.0, 3.2, 1.1)(cr, x, y, 14.0, h, ink);
         double baseline = y + std::floor(h / 2.0) + 3.0;
         drawText(cr, name, x + 20.5, baseline, Align::Centre, legendFont, ink);
-        (void)w;
     };
 }
 
@@ -286,33 +287,35 @@ LegendDraw feedbackIcon(bool cross) {
     };
 }
 
-LegendDraw ledLamp() {
-    return [](cairo_t* cr, double x, double y, double w, double h, Colour ink) {
-        bool lit = ink.r < 128;  // the lit key carries dark ink
-        double cx = x + w / 2.0;
-        double cy = y + h / 2.0;
-        if (lit) {
-            cairo_pattern_t* glow = cairo_pattern_create_radial(cx - 0.6, cy - 0.8, 0.3, cx, cy, 3.3);
-            cairo_pattern_add_color_stop_rgb(glow, 0, 1.0, 0.98, 0.85);
-            cairo_pattern_add_color_stop_rgb(glow, 0.45, 1.0, 0.55, 0.10);
-            cairo_pattern_add_color_stop_rgb(glow, 1, 0.55, 0.10, 0.0);
-            cairo_set_source(cr, glow);
-            cairo_arc(cr, cx, cy, 3.2, 0, 2 * kPi);
-            cairo_fill(cr);
-            cairo_pattern_destroy(glow);
-        } else {
-            setColour(cr, {40, 14, 4});
-            cairo_arc(cr, cx, cy, 3.2, 0, 2 * kPi);
-            cairo_fill(cr);
-            setColour(cr, {90, 40, 20});
-            cairo_arc(cr, cx - 0.7, cy - 0.9, 1.0, 0, 2 * kPi);
-            cairo_fill(cr);
-        }
-        setColour(cr, {14, 8, 4});
-        cairo_set_line_width(cr, 0.8);
-        cairo_arc(cr, cx, cy, 3.2, 0, 2 * kPi);
-        cairo_stroke(cr);
-    };
+// A round lamp in the middle of a dark key: unlit brown, or glowing amber.
+void lamp(cairo_t* cr, double cx, double cy, bool lit) {
+    const double radius = 3.5;
+    if (lit) {
+        // A soft halo on the key around the lamp, then the lamp itself, hot in the middle.
+        cairo_pattern_t* halo = cairo_pattern_create_radial(cx, cy, radius, cx, cy, radius + 2.5);
+        cairo_pattern_add_color_stop_rgba(halo, 0, 229 / 255.0, 176 / 255.0, 52 / 255.0, 0.6);
+        cairo_pattern_add_color_stop_rgba(halo, 1, 229 / 255.0, 176 / 255.0, 52 / 255.0, 0.0);
+        cairo_set_source(cr, halo);
+        cairo_arc(cr, cx, cy, radius + 2.5, 0, 2 * kPi);
+        cairo_fill(cr);
+        cairo_pattern_destroy(halo);
+    }
+    cairo_pattern_t* glass = cairo_pattern_create_radial(cx - 0.7, cy - 0.9, 0.2, cx, cy, radius);
+    if (lit) {
+        cairo_pattern_add_color_stop_rgb(glass, 0, 1.0, 0.97, 0.82);
+        cairo_pattern_add_color_stop_rgb(glass, 0.5, 229 / 255.0, 176 / 255.0, 52 / 255.0);
+        cairo_pattern_add_color_stop_rgb(glass, 1, 150 / 255.0, 96 / 255.0, 12 / 255.0);
+    } else {
+        cairo_pattern_add_color_stop_rgb(glass, 0, 110 / 255.0, 84 / 255.0, 40 / 255.0);
+        cairo_pattern_add_color_stop_rgb(glass, 1, 40 / 255.0, 27 / 255.0, 6 / 255.0);
+    }
+    cairo_set_source(cr, glass);
+    cairo_arc(cr, cx, cy, radius, 0, 2 * kPi);
+    cairo_fill_preserve(cr);
+    cairo_pattern_destroy(glass);
+    setColour(cr, {14, 10, 4});
+    cairo_set_line_width(cr, 0.8);
+    cairo_stroke(cr);
 }
 
 std::vector<Legend> textRow(const std::vector<std::string>& names, int width, Font font = legendFont) {
@@ -322,7 +325,19 @@ std::vector<Legend> textRow(const std::vector<std::string>& names, int width, Fo
     return legends;
 }
 
-BmpImage onOffSwitch() { return buttonStrip(16, 12, {{0, 16, ledLamp()}}); }
+// The on/off switch keeps its dark key in both rows; only the lamp lights.
+BmpImage onOffSwitch() {
+    Surface s(16, 24);
+    for (int row = 0; row < 2; ++row) {
+        drawKey(s.cr(), 0, 12 * row, 16, 12, false);
+        cairo_save(s.cr());
+        cairo_rectangle(s.cr(), 1, 12 * row + 1, 14, 10);
+        cairo_clip(s.cr());
+        lamp(s.cr(), 8.0, 12 * row + 6.0, row == 1);
+        cairo_restore(s.cr());
+    }
+    return s.toBmp();
+}
 
 BmpImage pageTabs() {
     std::vector<Legend> legends = textRow({"PAGE 1", "PAGE 2"}, 42);

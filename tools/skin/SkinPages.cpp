@@ -2,6 +2,7 @@
 // next to every control, recessed wells under the displays, and the common strip along the bottom.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "tools/skin/SkinBitmaps.h"
 #include "tools/skin/SkinLayout.h"
@@ -69,7 +70,14 @@ void panelFace(cairo_t* cr, int x0, int y0, int x1, int y1) {
 
 // A header bar across the top of a panel with the section's title in amber.
 void headerBar(cairo_t* cr, int x0, int x1, int y, int height, const std::string& title, double titleCentre) {
-    fillRect(cr, x0, y, x1 - x0, height, header);
+    Colour top = mix(header, panel, 0.45);
+    cairo_pattern_t* shade = cairo_pattern_create_linear(0, y, 0, y + height);
+    cairo_pattern_add_color_stop_rgb(shade, 0, top.r / 255.0, top.g / 255.0, top.b / 255.0);
+    cairo_pattern_add_color_stop_rgb(shade, 1, header.r / 255.0, header.g / 255.0, header.b / 255.0);
+    cairo_rectangle(cr, x0, y, x1 - x0, height);
+    cairo_set_source(cr, shade);
+    cairo_fill(cr);
+    cairo_pattern_destroy(shade);
     fillRect(cr, x0, y + height - 1, x1 - x0, 1, mix(header, amber, 0.45));
     double baseline = y + height / 2.0 + 3.5;
     noteText(title, drawText(cr, title, titleCentre, baseline, Align::Centre, titleFont, amber));

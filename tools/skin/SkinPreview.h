@@ -9,8 +9,9 @@
 
 namespace tolvane::skin {
 
-// Writes preview-page1.png, preview-page2.png (and twice-size copies) and preview-about.png into the
-// directory. The map holds every bitmap by resource id.
+// Writes preview-page1.png, preview-page2.png (and twice-size copies), preview-about.png and
+// preview-bitmaps.png (the small bitmaps enlarged) into the directory. The map holds every bitmap by
+// resource id.
 bool writePreviews(const std::map<int, BmpImage>& bitmaps, const std::string& directory);
 
 }  // namespace tolvane::skin

@@ -51,6 +51,15 @@ int totalDifference(const std::vector<std::uint32_t>& a, const std::vector<std::
     return sum;
 }
 
+double meanLuminance(const std::vector<std::uint32_t>& pixels) {
+    double sum = 0;
+    for (std::uint32_t p : pixels) sum += luminance(p);
+    return sum / static_cast<double>(pixels.size());
+}
+
+const std::uint32_t kAmber = 0xE5B034;        // (229,176,52), the font colour of the text controls
+const std::uint32_t kDisplayBack = 0x332200;  // (51,34,0), their back colour
+
 struct Size {
     int id, width, height;
 };
@@ -136,8 +145,10 @@ TEST(SkinBitmaps, ButtonsShowDistinctOffAndOnImagesAndDifferFromTheirNeighbours)
                 SCOPED_TRACE("bitmap " + std::to_string(button.id) + " column " + std::to_string(c.x));
                 std::vector<std::uint32_t> off = block(image, c.x, 0, c.width, button.rowHeight);
                 std::vector<std::uint32_t> on = block(image, c.x, button.rowHeight, c.width, button.rowHeight);
-                // A lit button must stand out, not differ by a few pixels: a tenth of the image changes clearly.
+                // A lit button must stand out, not differ by a few pixels: a tenth of the image changes clearly,
+                // and the lower row is the lit one.
                 EXPECT_GE(strongDifferences(off, on) * 10, static_cast<int>(off.size()));
+                EXPECT_GT(meanLuminance(on), meanLuminance(off) + 10.0);
                 for (std::size_t j = i + 1; j < group.size(); ++j) {
                     std::vector<std::uint32_t> other = block(image, group[j].x, 0, group[j].width, button.rowHeight);
                     // Neighbours may differ in one character only ("ENV1", "ENV2"), but by at least three
@@ -170,6 +181,30 @@ TEST(SkinBitmaps, StepSwitchStatesPressOnlyTheirOwnHalf) {
     for (int a = 0; a < 4; ++a)
         for (int b = a + 1; b < 4; ++b)
             EXPECT_GT(strongDifferences(block(program, 9 * a, 9, 9, 9), block(program, 9 * b, 9, 9, 9)), 2) << a << b;
+}
+
+TEST(SkinBitmaps, DigitsAreTenAmberNumeralsOnTheDisplayBackColour) {
+    BmpImage digits = loadResource(133);
+    ASSERT_EQ(digits.height, 130);
+    std::vector<int> ink(10);
+    for (int d = 0; d < 10; ++d) {
+        EXPECT_EQ(digits.at(0, 13 * d), kDisplayBack) << d;
+        for (int y = 13 * d; y < 13 * d + 13; ++y)
+            for (int x = 0; x < 10; ++x) ink[d] += channelDistance(digits.at(x, y), kAmber) < 40;
+        EXPECT_GT(ink[d], 8) << d;
+    }
+    // Whatever the style, 1 carries the least ink and 8 the most, and no two digits look alike.
+    for (int d = 0; d < 10; ++d) {
+        if (d != 1) {
+            EXPECT_GT(ink[d], ink[1]) << d;
+        }
+        if (d != 8) {
+            EXPECT_LT(ink[d], ink[8]) << d;
+        }
+        for (int e = d + 1; e < 10; ++e)
+            EXPECT_GE(totalDifference(block(digits, 0, 13 * d, 10, 13), block(digits, 0, 13 * e, 10, 13)), 3 * 130)
+                << d << " and " << e;
+    }
 }
 
 // The direction from the frame's centre to its pointer, in degrees counter-clockwise from the right,
@@ -257,6 +292,37 @@ TEST(SkinBitmaps, BackgroundsLabelTheControlsJustAboveThem) {
     }
     // The panel itself carries no such text: the empty panel under the oscillator's sync key is dark.
     EXPECT_EQ(lightPixels(pages[0], 8, 118, 38, 126), 0);
+}
+
+TEST(SkinBitmaps, BackgroundsTitleTheirSectionsInAmber) {
+    struct Header {
+        int page, x0, x1;
+    };
+    // Page 1: OSC1, the filter and the effect (right of their on/off switches); page 2: the first
+    // modulation slot and the controller maps.
+    const Header headers[] = {{1, 3, 124}, {1, 320, 417}, {1, 656, 715}, {2, 45, 176}, {2, 423, 715}};
+    for (const Header& h : headers) {
+        BmpImage page = loadResource(h.page == 1 ? 128 : 129);
+        int amber = 0;
+        for (int y = 5; y < 23; ++y)
+            for (int x = h.x0; x < h.x1; ++x) amber += channelDistance(page.at(x, y), kAmber) < 40;
+        EXPECT_GE(amber, 20) << "page " << h.page << " header at " << h.x0;
+    }
+}
+
+TEST(SkinBitmaps, TextAreasSitInWellsOfTheDisplayBackColour) {
+    // The status lines and the program name (both pages), and the controller map menus (page 2): the
+    // pixel column just left of each area and the rows between them show the back colour.
+    for (int id : {128, 129}) {
+        BmpImage page = loadResource(id);
+        for (int y : {263, 269, 276, 282, 293, 299}) EXPECT_EQ(page.at(400, y), kDisplayBack) << id << " row " << y;
+        EXPECT_EQ(page.at(480, 289), kDisplayBack) << id;
+    }
+    BmpImage page2 = loadResource(129);
+    for (int map = 0; map < 16; ++map) {
+        EXPECT_EQ(page2.at(447, 40 + 13 * map + 6), kDisplayBack) << "map " << map + 1;
+        EXPECT_EQ(page2.at(600, 40 + 13 * map + 12), kDisplayBack) << "below map " << map + 1;
+    }
 }
 
 TEST(SkinBitmaps, KnobFramesShareThePanelColourAroundThem) {
