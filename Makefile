@@ -43,3 +43,7 @@ fuzz-tests: setup
 
 clean:
 	rm -rf $(BUILD) $(BUILD_TSAN) $(BUILD_FUZZ)
+
+# Redraw the editor's bitmaps into resources/ (needs Cairo).
+skin: configure
+	@cmake --build $(BUILD) --target skin

@@ -1,0 +1,348 @@
+// The committed skin: the 24 bitmaps the plug-in embeds, checked as the editor will read them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "gui/BmpImage.h"
+#include "gui/EmbeddedResources.h"
+
+namespace tolvane {
+namespace {
+
+BmpImage loadResource(int id) {
+    BmpImage image;
+    const EmbeddedResource* resource = findEmbeddedResource(id);
+    if (resource) decodeBmp(resource->data, resource->size, image);
+    return image;
+}
+
+int red(std::uint32_t c) { return static_cast<int>((c >> 16) & 0xFF); }
+int green(std::uint32_t c) { return static_cast<int>((c >> 8) & 0xFF); }
+int blue(std::uint32_t c) { return static_cast<int>(c & 0xFF); }
+double luminance(std::uint32_t c) { return 0.299 * red(c) + 0.587 * green(c) + 0.114 * blue(c); }
+int channelDistance(std::uint32_t a, std::uint32_t b) {
+    return std::max({std::abs(red(a) - red(b)), std::abs(green(a) - green(b)), std::abs(blue(a) - blue(b))});
+}
+
+std::vector<std::uint32_t> block(const BmpImage& image, int x, int y, int w, int h) {
+    std::vector<std::uint32_t> pixels;
+    for (int row = y; row < y + h; ++row)
+        for (int col = x; col < x + w; ++col) pixels.push_back(image.at(col, row));
+    return pixels;
+}
+
+// Pixels that differ by more than 48 levels in some channel.
+int strongDifferences(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
+    int count = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) count += channelDistance(a[i], b[i]) > 48;
+    return count;
+}
+
+// The summed channel distance: about 150 per pixel of full-contrast ink.
+int totalDifference(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
+    int sum = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) sum += channelDistance(a[i], b[i]);
+    return sum;
+}
+
+double meanLuminance(const std::vector<std::uint32_t>& pixels) {
+    double sum = 0;
+    for (std::uint32_t p : pixels) sum += luminance(p);
+    return sum / static_cast<double>(pixels.size());
+}
+
+const std::uint32_t kAmber = 0xE5B034;        // (229,176,52), the font colour of the text controls
+const std::uint32_t kDisplayBack = 0x332200;  // (51,34,0), their back colour
+
+struct Size {
+    int id, width, height;
+};
+
+// The editor's bitmap table: ids 128 to 151 and their sizes.
+const Size kSizes[] = {
+    {128, 718, 310}, {129, 718, 310}, {130, 186, 142}, {131, 22, 2816}, {132, 22, 2816}, {133, 10, 130},
+    {134, 18, 27},   {135, 36, 27},   {136, 16, 24},   {137, 126, 24},  {138, 48, 24},   {139, 64, 24},
+    {140, 72, 24},   {141, 90, 24},   {142, 30, 24},   {143, 30, 24},   {144, 120, 24},  {145, 240, 24},
+    {146, 36, 20},   {147, 72, 20},   {148, 90, 24},   {149, 30, 24},   {150, 96, 24},   {151, 96, 24},
+};
+
+TEST(SkinBitmaps, EveryResourceIsOneEmbeddedFileOfItsListedSize) {
+    std::filesystem::path directory = std::filesystem::path(TOLVANE_SOURCE_DIR) / "resources";
+    for (const Size& size : kSizes) {
+        SCOPED_TRACE(size.id);
+        int files = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+            std::string name = entry.path().filename().string();
+            std::string prefix = std::to_string(size.id) + "-";
+            files += name.compare(0, prefix.size(), prefix) == 0 && entry.path().extension() == ".bmp";
+        }
+        EXPECT_EQ(files, 1);
+        const EmbeddedResource* resource = findEmbeddedResource(size.id);
+        ASSERT_NE(resource, nullptr);
+        EXPECT_EQ(resource->data[28], 24) << "24 bits per pixel";
+        BmpImage image;
+        ASSERT_TRUE(decodeBmp(resource->data, resource->size, image));
+        EXPECT_EQ(image.width, size.width);
+        EXPECT_EQ(image.height, size.height);
+    }
+}
+
+// Button bitmaps: two rows, "off" above and "on" below. Each group lists the columns (x, width) of buttons
+// that appear side by side and must tell themselves apart.
+struct Column {
+    int x, width;
+};
+struct ButtonBitmap {
+    int id;
+    int rowHeight;
+    std::vector<std::vector<Column>> groups;
+};
+
+std::vector<Column> evenColumns(int count, int width) {
+    std::vector<Column> columns;
+    for (int i = 0; i < count; ++i) columns.push_back({i * width, width});
+    return columns;
+}
+
+const std::vector<ButtonBitmap>& buttonBitmaps() {
+    static const std::vector<ButtonBitmap> bitmaps = {
+        {136, 12, {{{0, 16}}}},
+        {137, 12, {{{0, 42}, {42, 42}}, {{90, 36}}}},
+        {138, 12, {evenColumns(4, 12)}},
+        {139, 12, {evenColumns(2, 32)}},
+        {140, 12, {evenColumns(2, 36)}},
+        {141, 12, {evenColumns(6, 15)}},
+        {142, 12, {evenColumns(3, 10)}},
+        {143, 12, {{{0, 30}}}},
+        {144, 12, {evenColumns(4, 30)}},
+        // Slopes: one key per slope for low and high pass; band pass and reject switch two keys at a
+        // time, so a pair is one button.
+        {145, 12, {{{0, 15}, {15, 15}, {30, 15}, {45, 15}}, {{60, 15}, {75, 15}, {90, 15}, {105, 15}},
+                   {{120, 30}, {150, 30}}, {{180, 30}, {210, 30}}}},
+        {146, 10, {evenColumns(3, 12)}},
+        {147, 10, {evenColumns(3, 12), {{36, 12}, {48, 12}, {60, 12}}}},
+        {148, 12, {evenColumns(3, 30)}},
+        {149, 12, {evenColumns(2, 15)}},
+        {150, 12, {evenColumns(4, 24)}},
+        {151, 12, {evenColumns(4, 24)}},
+    };
+    return bitmaps;
+}
+
+TEST(SkinBitmaps, ButtonsShowDistinctOffAndOnImagesAndDifferFromTheirNeighbours) {
+    for (const ButtonBitmap& button : buttonBitmaps()) {
+        BmpImage image = loadResource(button.id);
+        ASSERT_EQ(image.height, 2 * button.rowHeight) << button.id;
+        for (const std::vector<Column>& group : button.groups) {
+            for (std::size_t i = 0; i < group.size(); ++i) {
+                const Column& c = group[i];
+                SCOPED_TRACE("bitmap " + std::to_string(button.id) + " column " + std::to_string(c.x));
+                std::vector<std::uint32_t> off = block(image, c.x, 0, c.width, button.rowHeight);
+                std::vector<std::uint32_t> on = block(image, c.x, button.rowHeight, c.width, button.rowHeight);
+                // A lit button must stand out, not differ by a few pixels: a tenth of the image changes clearly,
+                // and the lower row is the lit one.
+                EXPECT_GE(strongDifferences(off, on) * 10, static_cast<int>(off.size()));
+                EXPECT_GT(meanLuminance(on), meanLuminance(off) + 10.0);
+                for (std::size_t j = i + 1; j < group.size(); ++j) {
+                    std::vector<std::uint32_t> other = block(image, group[j].x, 0, group[j].width, button.rowHeight);
+                    // Neighbours may differ in one character only ("ENV1", "ENV2"), but by at least three
+                    // pixels' worth of full-contrast ink.
+                    EXPECT_GE(totalDifference(off, other), 3 * 130) << "too like column " << group[j].x;
+                }
+            }
+        }
+    }
+}
+
+TEST(SkinBitmaps, StepSwitchStatesPressOnlyTheirOwnHalf) {
+    // Images from the top: left half pressed, released, right half pressed; 9 pixels each.
+    struct Switch {
+        int id, column;
+    };
+    for (Switch sw : {Switch{134, 0}, Switch{135, 0}, Switch{135, 18}}) {
+        SCOPED_TRACE("bitmap " + std::to_string(sw.id) + " column " + std::to_string(sw.column));
+        BmpImage image = loadResource(sw.id);
+        ASSERT_EQ(image.height, 27);
+        auto half = [&](int state, int side) { return block(image, sw.column + 9 * side, 9 * state, 9, 9); };
+        EXPECT_GT(strongDifferences(half(0, 0), half(1, 0)), 8);  // left pressed
+        EXPECT_EQ(half(0, 1), half(1, 1));
+        EXPECT_GT(strongDifferences(half(2, 1), half(1, 1)), 8);  // right pressed
+        EXPECT_EQ(half(2, 0), half(1, 0));
+    }
+    // The program steps: down by 10 and by 1, up by 1 and by 10. The outer keys carry the bigger steps,
+    // so no two released keys look alike.
+    BmpImage program = loadResource(135);
+    for (int a = 0; a < 4; ++a)
+        for (int b = a + 1; b < 4; ++b)
+            EXPECT_GT(strongDifferences(block(program, 9 * a, 9, 9, 9), block(program, 9 * b, 9, 9, 9)), 2) << a << b;
+}
+
+TEST(SkinBitmaps, DigitsAreTenAmberNumeralsOnTheDisplayBackColour) {
+    BmpImage digits = loadResource(133);
+    ASSERT_EQ(digits.height, 130);
+    std::vector<int> ink(10);
+    for (int d = 0; d < 10; ++d) {
+        EXPECT_EQ(digits.at(0, 13 * d), kDisplayBack) << d;
+        for (int y = 13 * d; y < 13 * d + 13; ++y)
+            for (int x = 0; x < 10; ++x) ink[d] += channelDistance(digits.at(x, y), kAmber) < 40;
+        EXPECT_GT(ink[d], 8) << d;
+    }
+    // Whatever the style, 1 carries the least ink and 8 the most, and no two digits look alike.
+    for (int d = 0; d < 10; ++d) {
+        if (d != 1) {
+            EXPECT_GT(ink[d], ink[1]) << d;
+        }
+        if (d != 8) {
+            EXPECT_LT(ink[d], ink[8]) << d;
+        }
+        for (int e = d + 1; e < 10; ++e)
+            EXPECT_GE(totalDifference(block(digits, 0, 13 * d, 10, 13), block(digits, 0, 13 * e, 10, 13)), 3 * 130)
+                << d << " and " << e;
+    }
+}
+
+// The direction from the frame's centre to its pointer, in degrees counter-clockwise from the right,
+// measured from the pixels of the cap's ring that stand out from the ring's typical colour.
+double pointerDirection(const BmpImage& strip, int frame) {
+    std::vector<std::pair<double, std::uint32_t>> ring;  // (radius, pixel)
+    std::vector<double> levels;
+    for (int y = 0; y < 22; ++y) {
+        for (int x = 0; x < 22; ++x) {
+            double dx = x + 0.5 - 11.0;
+            double dy = y + 0.5 - 11.0;
+            double r = std::hypot(dx, dy);
+            if (r >= 2.5 && r <= 6.0) levels.push_back(luminance(strip.at(x, frame * 22 + y)));
+        }
+    }
+    std::vector<double> sorted = levels;
+    std::nth_element(sorted.begin(), sorted.begin() + sorted.size() / 2, sorted.end());
+    double median = sorted[sorted.size() / 2];
+    double sx = 0, sy = 0;
+    for (int y = 0; y < 22; ++y) {
+        for (int x = 0; x < 22; ++x) {
+            double dx = x + 0.5 - 11.0;
+            double dy = y + 0.5 - 11.0;
+            double r = std::hypot(dx, dy);
+            if (r < 2.5 || r > 6.0) continue;
+            double contrast = std::abs(luminance(strip.at(x, frame * 22 + y)) - median);
+            if (contrast < 60) continue;
+            sx += contrast * dx / r;
+            sy += contrast * -dy / r;  // image y grows downwards
+        }
+    }
+    return std::atan2(sy, sx) * 180.0 / 3.14159265358979323846;
+}
+
+TEST(SkinBitmaps, KnobStripsHold128DistinctFramesWithThePointerOnTheKnobAngle) {
+    for (int id : {131, 132}) {
+        SCOPED_TRACE(id);
+        BmpImage strip = loadResource(id);
+        ASSERT_EQ(strip.height, 128 * 22);
+        std::set<std::vector<std::uint32_t>> frames;
+        for (int frame = 0; frame < 128; ++frame) frames.insert(block(strip, 0, frame * 22, 22, 22));
+        EXPECT_EQ(frames.size(), 128u);
+
+        // Value 0 points to the lower left (225 degrees), value 1 to the lower right (-45 degrees),
+        // turning clockwise through the top; the travel from the minimum only grows.
+        double previousTravel = -1e9;
+        for (int frame = 0; frame < 128; ++frame) {
+            double direction = pointerDirection(strip, frame);
+            double expected = 225.0 - 270.0 * frame / 127.0;
+            double error = std::remainder(direction - expected, 360.0);
+            EXPECT_LT(std::abs(error), 8.0) << "frame " << frame << " points to " << direction;
+            double travel = 270.0 * frame / 127.0 - error;
+            EXPECT_GT(travel, previousTravel - 1.0) << "frame " << frame;
+            previousTravel = std::max(previousTravel, travel);
+        }
+        EXPECT_NE(block(strip, 0, 0, 22, 22), block(strip, 0, 127 * 22, 22, 22));
+    }
+}
+
+// A label is light text on the dark panel: count the pixels far brighter than the panel in a box.
+int lightPixels(const BmpImage& image, int x0, int y0, int x1, int y1) {
+    int count = 0;
+    for (int y = y0; y < y1; ++y)
+        for (int x = x0; x < x1; ++x) count += luminance(image.at(x, y)) > 110;
+    return count;
+}
+
+TEST(SkinBitmaps, BackgroundsLabelTheControlsJustAboveThem) {
+    struct Control {
+        int page, x, y, width;
+    };
+    const Control sample[] = {
+        {1, 54, 43, 22},   {1, 96, 99, 22},   {1, 12, 157, 22},  {1, 222, 223, 22}, {1, 264, 131, 22},
+        {1, 348, 99, 22},  {1, 432, 157, 22}, {1, 474, 172, 22}, {1, 600, 223, 22}, {1, 642, 178, 22},
+        {1, 684, 88, 22},  {1, 8, 38, 30},    {1, 302, 38, 30},  {1, 554, 102, 30}, {1, 431, 96, 24},
+        {2, 62, 43, 22},   {2, 382, 161, 22}, {2, 12, 191, 22},  {2, 238, 87, 45},  {2, 13, 41, 20},
+        {1, 117, 279, 22}, {1, 223, 279, 22}, {2, 170, 279, 22}, {2, 271, 277, 24}, {2, 310, 278, 30},
+    };
+    BmpImage pages[2] = {loadResource(128), loadResource(129)};
+    for (const Control& c : sample) {
+        const BmpImage& page = pages[c.page - 1];
+        ASSERT_EQ(page.width, 718);
+        int light = lightPixels(page, c.x - 4, c.y - 12, c.x + c.width + 4, c.y - 1);
+        EXPECT_GE(light, 8) << "page " << c.page << " control at (" << c.x << "," << c.y << ")";
+    }
+    // The panel itself carries no such text: the empty panel under the oscillator's sync key is dark.
+    EXPECT_EQ(lightPixels(pages[0], 8, 118, 38, 126), 0);
+}
+
+TEST(SkinBitmaps, BackgroundsTitleTheirSectionsInAmber) {
+    struct Header {
+        int page, x0, x1;
+    };
+    // Page 1: OSC1, the filter and the effect (right of their on/off switches); page 2: the first
+    // modulation slot and the controller maps.
+    const Header headers[] = {{1, 3, 124}, {1, 320, 417}, {1, 656, 715}, {2, 45, 176}, {2, 423, 715}};
+    for (const Header& h : headers) {
+        BmpImage page = loadResource(h.page == 1 ? 128 : 129);
+        int amber = 0;
+        for (int y = 5; y < 23; ++y)
+            for (int x = h.x0; x < h.x1; ++x) amber += channelDistance(page.at(x, y), kAmber) < 40;
+        EXPECT_GE(amber, 20) << "page " << h.page << " header at " << h.x0;
+    }
+}
+
+TEST(SkinBitmaps, TextAreasSitInWellsOfTheDisplayBackColour) {
+    // The status lines and the program name (both pages), and the controller map menus (page 2): the
+    // pixel column just left of each area and the rows between them show the back colour.
+    for (int id : {128, 129}) {
+        BmpImage page = loadResource(id);
+        for (int y : {263, 269, 276, 282, 293, 299}) EXPECT_EQ(page.at(400, y), kDisplayBack) << id << " row " << y;
+        EXPECT_EQ(page.at(480, 289), kDisplayBack) << id;
+    }
+    BmpImage page2 = loadResource(129);
+    for (int map = 0; map < 16; ++map) {
+        EXPECT_EQ(page2.at(447, 40 + 13 * map + 6), kDisplayBack) << "map " << map + 1;
+        EXPECT_EQ(page2.at(600, 40 + 13 * map + 12), kDisplayBack) << "below map " << map + 1;
+    }
+}
+
+TEST(SkinBitmaps, KnobFramesShareThePanelColourAroundThem) {
+    // Knobs are drawn without colour key, so the corners of their frames must match the panel they sit
+    // on; beside a knob's middle row there is open panel. Keys fill their cells up to the rounded
+    // corners, whose outer pixels blend into the same colour.
+    BmpImage knob = loadResource(131);
+    BmpImage modKnob = loadResource(132);
+    BmpImage page1 = loadResource(128);
+    BmpImage page2 = loadResource(129);
+    std::uint32_t panel = knob.at(0, 0);
+    EXPECT_EQ(knob.at(21, 127 * 22 + 21), panel);
+    EXPECT_EQ(modKnob.at(0, 0), panel);
+    EXPECT_EQ(modKnob.at(21, 64 * 22), panel);
+    EXPECT_EQ(page1.at(52, 54), panel);   // left of OSC1 pulse width
+    EXPECT_EQ(page1.at(287, 98), panel);  // right of the mixer's OSC2 level
+    EXPECT_EQ(page1.at(115, 290), panel);  // left of voice detune
+    EXPECT_EQ(page2.at(60, 54), panel);   // left of slot 1 depth
+    EXPECT_EQ(page2.at(36, 202), panel);  // right of master tune
+}
+
+}  // namespace
+}  // namespace tolvane
