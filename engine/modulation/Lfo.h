@@ -119,7 +119,8 @@ public:
     int divisionInUse() const { return division_; }
 
     Poly<LfoWaveform>& output() { return waveform_; }
-    Poly<LfoRateJitter>& jitter() { return jitter_; }
+    const Poly<LfoWaveform>& output() const { return waveform_; }
+    const Poly<LfoRateJitter>& jitter() const { return jitter_; }
 
 private:
     void selectRate();
