@@ -121,6 +121,8 @@ public:
     Poly<LfoWaveform>& output() { return waveform_; }
     const Poly<LfoWaveform>& output() const { return waveform_; }
     const Poly<LfoRateJitter>& jitter() const { return jitter_; }
+    Poly<LfoFreeRate>& freeRate() { return freeRate_; }
+    Poly<LfoPhaseOffset>& phaseOffset() { return phaseOffset_; }
 
 private:
     void selectRate();

@@ -132,7 +132,12 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
 SynthEngine::~SynthEngine() = default;
 
 void SynthEngine::updateControls(int tick) {
-    // The amplitude first: it reads the envelopes and LFOs that the other targets share.
+    // The modulators run every block for every voice, whether or not anything reads them now, so that
+    // a later connection or a voice becoming audible finds them in their running state.
+    env1_.output().updateInstances(tick);
+    env2_.output().updateInstances(tick);
+    lfo1_.output().updateInstances(tick);
+    lfo2_.output().updateInstances(tick);
     ampGain_.updateInstances(tick);
     osc1Frequency_.updateInstances(tick);
     osc1PulseWidth_.updateInstances(tick);
