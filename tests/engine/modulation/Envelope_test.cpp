@@ -53,21 +53,6 @@ struct Rig {
     float noteOn() { return block(true, true); }
 };
 
-TEST(Envelope, TimesFollowTheExponentialMappingAndModulationScalesThemByDecades) {
-    ModuleGraph graph;
-    ValueMappings maps;
-    Poly<ValueSource> value{graph, 0, kRuleFromInputs, 0.5f};
-    Poly<ValueSource> mod{graph, 0, kRuleFromInputs, 0.0f};
-    Poly<EnvelopeTime> attack{graph, 2, kRuleFromInputs, maps.attackTime.lnMin(), maps.attackTime.lnRange()};
-    attack.connectInput(&value, 0);
-    attack.connectInput(&mod, 1);
-    attack.updateInstances(1);
-    EXPECT_NEAR(attack.at(0).value(), attackSeconds(0.5), 1e-4);
-    setValue(mod, 0.25f);
-    attack.updateInstances(2);
-    EXPECT_NEAR(attack.at(0).value(), 10.0 * attackSeconds(0.5), 1e-3) << "+0.25 of modulation is ten times longer";
-}
-
 TEST(Envelope, AttackRisesAlongEachCurveInItsStepCount) {
     ASSERT_EQ(static_cast<int>(kBlockRate * attackSeconds(kAttack02s)), kAttack02sSteps);
     const double curvatures[] = {-4.0, 0.0, 3.0};  // "1 (Fast)", "2 (Linear)", "3 (Slow)"
@@ -189,17 +174,6 @@ TEST(Envelope, LoweringTheSustainGlidesToItOverTheFullDecayTime) {
     const int n = kDecay04sSteps;
     for (int j = 1; j < n; ++j) ASSERT_NEAR(rig.block(true), segment(0.5, 0.25, -4.0, j, n), 2e-6) << "step " << j;
     EXPECT_EQ(rig.block(true), 0.25f);
-}
-
-TEST(Envelope, ResetReturnsEveryVoiceToIdleAtZero) {
-    Rig rig;
-    rig.noteOn();
-    rig.block(true);
-    rig.env.output().resetInstances(rig.tick + 1);
-    rig.tick += 1;
-    EXPECT_EQ(rig.env.output().at(0).value(), 0.0f);
-    EXPECT_EQ(rig.env.output().at(0).stage(), EnvelopeCore::kIdle);
-    EXPECT_EQ(rig.block(false), 0.0f);
 }
 
 }  // namespace

@@ -157,21 +157,6 @@ TEST(Lfo, WithoutHostTempoATempoSyncedLfoRunsAtItsFreeRate) {
     EXPECT_NEAR(rig.rate(), 0.33333334 * 0.5, 0.5 * 0.0011);
 }
 
-TEST(Lfo, RateWandersByUpToATenthOfAPercent) {
-    LfoRig rig;
-    rig.lfo.setSpeed(0.5f);
-    double free = 0.02 * 50.0;  // 0.02 x 2500^0.5
-    float lo = 1e9f, hi = -1e9f;
-    for (int b = 0; b < 500; ++b) {
-        rig.block();
-        lo = std::min(lo, rig.rate());
-        hi = std::max(hi, rig.rate());
-    }
-    EXPECT_GE(lo, free * 0.999 - 1e-5);
-    EXPECT_LE(hi, free * 1.001 + 1e-5);
-    EXPECT_GT(hi - lo, free * 0.001) << "the rate is never exactly steady";
-}
-
 TEST(Lfo, MonoSharesOnePhaseAndPolyRunsOnePerVoice) {
     LfoRig rig;
     rig.lfo.setMode(Lfo::kMono);

@@ -228,13 +228,6 @@ TEST(SynthEngineControls, FilterAndOscillatorSettersReachTheirTargets) {
     double f = 440.0 * std::pow(2.0, (70.0 - 69.0) / 12.0) / 44100.0;
     EXPECT_NEAR(c.phaseIncrement[0]->at(0).value(), f, f * 6e-4);
 
-    rig.engine.setPortamentoTime(2.0f);
-    rig.engine.setMasterTune(0.5f);
-    rig.engine.setBendRange(7.0f);
-    rig.allocator.pushEvent(0, 0xE0, 0x00, 0x00);
-    rig.block(2);
-    EXPECT_NEAR(c.pitch->instance(0)->value(), -7.0 + 0.5, 1e-5);
-
     rig.engine.setFilterModConnection(0, 4 + 1);  // ENV2 -> Frequency
     rig.engine.setFilterModDepth(0, 0.5f);
     rig.engine.setEnvAttack(1, 0.0f);
@@ -242,20 +235,6 @@ TEST(SynthEngineControls, FilterAndOscillatorSettersReachTheirTargets) {
     rig.noteOn(70, 100);
     rig.block(2);
     EXPECT_NEAR(c.cutoff->at(0).note(), 103.0 + 64.0 * 0.5, 1e-4);
-}
-
-TEST(SynthEngineControls, TempoReachesBothLfosAndTheirDisplayState) {
-    EngineRig rig(1);
-    EXPECT_EQ(rig.engine.lfoDivision(0), -1);
-    rig.engine.setLfoMode(0, Lfo::kTempoSync);
-    rig.engine.setLfoSpeed(0, 12.5f / 31.0f);
-    EXPECT_EQ(rig.engine.lfoDivision(0), 12);
-    EXPECT_EQ(rig.engine.lfoTempo(0), 120.0f);
-    rig.engine.setTempo(90.0f);
-    EXPECT_EQ(rig.engine.lfoTempo(0), 90.0f);
-    EXPECT_EQ(rig.engine.lfoTempo(1), 90.0f);
-    rig.engine.setTempo(-1.0f);
-    EXPECT_EQ(rig.engine.lfoDivision(0), -1);
 }
 
 TEST(SynthEngineControls, ResetSilencesEnvelopesAndMakesGlidesJump) {
