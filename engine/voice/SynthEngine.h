@@ -9,6 +9,18 @@
 #include <array>
 #include <memory>
 
+#include "engine/framework/PolyModule.h"
+#include "engine/framework/Smoothing.h"
+#include "engine/framework/ValueSource.h"
+#include "engine/modulation/Envelope.h"
+#include "engine/modulation/LevelTargets.h"
+#include "engine/modulation/Lfo.h"
+#include "engine/modulation/ModRoutes.h"
+#include "engine/modulation/ModSlots.h"
+#include "engine/modulation/RouteTargets.h"
+#include "engine/voice/NoteSources.h"
+#include "engine/voice/PitchUnit.h"
+#include "engine/voice/Portamento.h"
 #include "params/Mappings.h"
 #include "params/ParameterIds.h"
 
@@ -24,6 +36,34 @@ struct EngineMappings {
     const ExponentialMapping& delayTime;
 };
 
+// The control-rate containers that the audio sections take as inputs, and the modulators behind them.
+// Every value is a scalar per block; containers with one instance in use are shared by all voices.
+struct ControlTargets {
+    PolyModule* gate = nullptr;           // 0 / 1 per voice
+    PolyModule* trigger = nullptr;        // 1 in a voice's (re)start block
+    PolyModule* latestTrigger = nullptr;  // the newest voice's trigger, one instance
+    PolyModule* velocity = nullptr;       // velocity / 127 per voice
+    PolyModule* glide = nullptr;          // gliding note number per voice
+    PolyModule* pitch = nullptr;          // bend + tune + drift in semitones per voice
+    std::array<PolyModule*, 2> envelope{};  // ENV1, ENV2 outputs, 0 .. 1
+    std::array<PolyModule*, 2> lfo{};       // LFO1, LFO2 outputs, -1 .. 1
+
+    // Oscillator 0 = OSC1, 1 = OSC2: phase increment in cycles per sample (at most 0.499).
+    std::array<Poly<OscFrequency>*, 2> phaseIncrement{};
+    // Pulse width in cycles, 0 .. 1.
+    std::array<Poly<PulseWidthTarget>*, 2> pulseWidth{};
+    // OSC2's phase-modulation depth in cycles per unit of modulator amplitude, >= 0.
+    Poly<FmDepthTarget>* fmDepth = nullptr;
+    // Filter: normalised cutoff c (at most 0.499), resonance 0 .. 1, saturation ceiling L.
+    Poly<CutoffTarget>* cutoff = nullptr;
+    Poly<ResonanceTarget>* resonance = nullptr;
+    Poly<SaturationLevel>* saturationLevel = nullptr;
+    // Mixer gains: 0 OSC1, 1 OSC2, 2 ring modulator, 3 noise; each >= 0.
+    std::array<Poly<LevelControl>*, 4> mixerLevel{};
+    // The voice's amplitude for the block.
+    Poly<AmpGain>* ampGain = nullptr;
+};
+
 class SynthEngine {
 public:
     SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappings);
@@ -37,6 +77,25 @@ public:
     void reset(int tick);
     const float* left() const;
     const float* right() const;
+
+    // Runs every control target (and through them the modulators they read) for the tick, for every
+    // voice in use. render() calls it until the audio sections pull the targets themselves.
+    void updateControls(int tick);
+    void resetControls(int tick);
+
+    const ControlTargets& controls() const { return controls_; }
+    Envelope& envelope(int env) { return env == 0 ? env1_ : env2_; }
+    Lfo& lfo(int lfo) { return lfo == 0 ? lfo1_ : lfo2_; }
+    const Lfo& lfo(int lfo) const { return lfo == 0 ? lfo1_ : lfo2_; }
+    ModSlots& slots() { return slots_; }
+    ModRoutes& oscRoutes(int osc) { return osc == 0 ? osc1Routes_ : osc2Routes_; }
+    ModRoutes& filterRoutes() { return filterRoutes_; }
+    Portamento& portamento() { return portamento_; }
+    PitchUnit& pitchUnit() { return pitch_; }
+    // The LFO's tempo division in use (-1 while it runs at its free rate) and the tempo it syncs to,
+    // for the speed display.
+    int lfoDivision(int lfo) const { return this->lfo(lfo).divisionInUse(); }
+    float lfoTempo(int lfo) const { return this->lfo(lfo).tempo(); }
 
     // Host tempo in beats per minute, or -1 when the host gives none.
     void setTempo(float bpm);
@@ -119,7 +178,61 @@ public:
     void setSlotDestination(int slot, int index);
 
 private:
+    struct MixerChannel {
+        MixerChannel(ModuleGraph& graph, float level, PolyModule* modulation);
+        Poly<ValueSource> level;
+        Poly<LevelControl> control;
+    };
+    void pushOscOffset(int osc);
+
     VoiceAllocator& allocator_;
+    Poly<ValueSource> zero_;
+
+    // The engine's units 1 to 11, in the order they are built.
+    NoteSourceContainer<GateSource> gate_;
+    NoteSourceContainer<TriggerSource> trigger_;
+    Poly<LatestTriggerSource> latestTrigger_;
+    NoteSourceContainer<VelocitySource> velocity_;
+    Portamento portamento_;
+    PitchUnit pitch_;
+    ModSlots slots_;
+    Envelope env1_;
+    Envelope env2_;
+    Lfo lfo1_;
+    Lfo lfo2_;
+
+    // Control targets of the oscillators.
+    Poly<OscFrequency> osc1Frequency_;
+    Poly<ValueSource> osc1WidthValue_;
+    Poly<PulseWidthTarget> osc1PulseWidth_;
+    ModRoutes osc1Routes_;
+    Poly<OscFrequency> osc2Frequency_;
+    Poly<ValueSource> osc2WidthValue_;
+    Poly<PulseWidthTarget> osc2PulseWidth_;
+    Poly<SmoothedValue> fmDepthValue_;
+    Poly<FmDepthTarget> fmDepth_;
+    ModRoutes osc2Routes_;
+    std::array<float, 2> oscPitch_{};
+    std::array<float, 2> oscDetune_{};
+
+    // Mixer gains.
+    std::array<std::unique_ptr<MixerChannel>, 4> mixer_;
+
+    // Control targets of the filter.
+    Poly<ValueSource> cutoffValue_;
+    Poly<CutoffTarget> cutoff_;
+    Poly<ValueSource> resonanceValue_;
+    Poly<ResonanceTarget> resonance_;
+    Poly<ValueSource> saturationValue_;
+    Poly<SaturationLevel> saturation_;
+    ModRoutes filterRoutes_;
+
+    // The amplifier's gain: selected envelope and LFO, velocity curve, modulation.
+    NoteSourceContainer<VelocityCurve> ampVelocity_;
+    Poly<AmpGain> ampGain_;
+    int ampConnection_ = 0;
+
+    ControlTargets controls_;
     std::array<float, kBlockSize> left_{};
     std::array<float, kBlockSize> right_{};
 };

@@ -1,0 +1,9 @@
+#include "engine/modulation/LevelTargets.h"
+
+#include "params/FastMath.h"
+
+namespace tolvane {
+
+void SaturationLevel::compute() { scalar_ = fastExp((inputValue(0) + inputValue(1)) * lnRange_ + lnMin_); }
+
+}  // namespace tolvane
