@@ -353,7 +353,7 @@ void SynthPlugin::applyParameter(int index, float v) {
         case Unison: router_->setUnison(switchOn(v)); break;
         case Legato: router_->setLegato(switchOn(v)); break;
         case VoiceDetune: e.setVoiceDetune(v); break;
-        case Portamento: {
+        case param::Portamento: {
             float t = m.portamentoCurve.map(v);
             router_->setPortamento(t > 0.0f);
             e.setPortamentoTime(std::max(t, 0.0f));

@@ -1,44 +1,16 @@
-// Counts heap allocations through a replaced global operator new while the control graph runs.
-#include <atomic>
-#include <cstdlib>
-#include <new>
+// Counts heap allocations while the control graph runs.
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "engine/voice/SynthEngine.h"
 #include "engine/voice/VoiceAllocator.h"
-
-namespace {
-std::atomic<bool> gCounting{false};
-std::atomic<long> gAllocations{0};
-
-void* countedAllocate(std::size_t n) {
-    if (gCounting.load(std::memory_order_relaxed)) gAllocations.fetch_add(1, std::memory_order_relaxed);
-    if (void* p = std::malloc(n ? n : 1)) return p;
-    throw std::bad_alloc();
-}
-}  // namespace
-
-void* operator new(std::size_t n) { return countedAllocate(n); }
-void* operator new[](std::size_t n) { return countedAllocate(n); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+#include "support/AllocationCounter.h"
 
 namespace tolvane {
 namespace {
 
-class AllocationCount {
-public:
-    AllocationCount() {
-        gAllocations = 0;
-        gCounting = true;
-    }
-    ~AllocationCount() { gCounting = false; }
-    long count() const { return gAllocations.load(); }
-};
+using AllocationCount = testing::AllocationCounter;
 
 TEST(ControlAllocation, TheCounterSeesAllocations) {
     AllocationCount counting;
