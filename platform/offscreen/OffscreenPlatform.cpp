@@ -54,11 +54,11 @@ bool OffscreenWindow::dispatchOnePaint() {
     return true;
 }
 
-int OffscreenWindow::mouseButtons() {
-    if (!pressRead_) {
-        pressRead_ = true;
-        return buttons_;
-    }
+int OffscreenWindow::mouseButtons() { return buttons_; }
+
+// Each read of the position moves on to the next scripted step, whose buttons the following read of the
+// buttons answers; past the last step the buttons are released where the pointer stands.
+Point OffscreenWindow::mousePosition() {
     if (drag_.empty()) {
         buttons_ = 0;
     } else {
@@ -66,10 +66,8 @@ int OffscreenWindow::mouseButtons() {
         buttons_ = drag_.front().buttons;
         drag_.pop_front();
     }
-    return buttons_;
+    return pointer_;
 }
-
-Point OffscreenWindow::mousePosition() { return pointer_; }
 
 void OffscreenWindow::setCursor(CursorKind kind) { cursor_ = kind; }
 
@@ -104,12 +102,16 @@ void OffscreenWindow::paint(const Rect& area) {
 void OffscreenWindow::press(Point where, int buttons, std::vector<PointerStep> drag) {
     pointer_ = where;
     buttons_ = buttons;
-    pressRead_ = false;
     drag_.assign(drag.begin(), drag.end());
     handler_.windowMouseDown(where);
     drag_.clear();
-    pressRead_ = true;
     buttons_ = 0;
+}
+
+void OffscreenWindow::setPointer(Point where, int buttons) {
+    pointer_ = where;
+    buttons_ = buttons;
+    drag_.clear();
 }
 
 int OffscreenWindow::keyDown(const KeyCode& key) { return handler_.windowKeyDown(key); }
@@ -119,9 +121,7 @@ int OffscreenWindow::keyUp(const KeyCode& key) { return handler_.windowKeyUp(key
 void OffscreenWindow::wheel(Point where, float distance, int buttons) {
     pointer_ = where;
     buttons_ = buttons;
-    pressRead_ = false;
     handler_.windowWheel(where, distance);
-    pressRead_ = true;
     buttons_ = 0;
 }
 

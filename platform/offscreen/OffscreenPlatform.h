@@ -48,9 +48,12 @@ public:
     // Paints the whole window (or an area) the way an expose would.
     void paint();
     void paint(const Rect& area);
-    // A press at `where` with `buttons`; the press handler reads these first, then each later read of the
-    // buttons takes the next step of `drag`. When the steps run out the buttons read as released.
+    // A press at `where` with `buttons`. A drag loop then walks through `drag`: each read of the pointer
+    // position takes the next step, and the buttons read after it are that step's. When the steps run out
+    // the buttons read as released.
     void press(Point where, int buttons, std::vector<PointerStep> drag = {});
+    // Sets the pointer and buttons for calls made directly on views.
+    void setPointer(Point where, int buttons);
     int keyDown(const KeyCode& key);
     int keyUp(const KeyCode& key);
     void wheel(Point where, float distance, int buttons = 0);
@@ -95,7 +98,6 @@ private:
 
     Point pointer_;
     int buttons_ = 0;
-    bool pressRead_ = true;
     std::deque<PointerStep> drag_;
 
     bool pendingPaint_ = false;
