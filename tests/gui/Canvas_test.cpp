@@ -1,5 +1,8 @@
 #include "gui/Canvas.h"
 
+#include <cstdio>
+#include <string>
+
 #include "tests/gui/ToolkitTestSupport.h"
 
 namespace tolvane {
@@ -167,6 +170,25 @@ TEST_F(CanvasTest, ColourKeyedBitmapsLeaveTheDestinationWhereTheKeyIs) {
     EXPECT_EQ(window->pixel(11, 21), rgb(255, 255, 255));
     EXPECT_EQ(window->pixel(15, 21), rgb(255, 255, 0));
     bitmap->release();
+}
+
+TEST_F(CanvasTest, TheWindowCanBeSavedAsPng) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setFillColor(kRedColor);
+        canvas.fillRect(Rect{0, 0, 20, 20});
+    });
+    std::string path = std::string(TOLVANE_BINARY_DIR) + "/canvas_test_window.png";
+    ASSERT_TRUE(window->savePng(path));
+    cairo_surface_t* loaded = cairo_image_surface_create_from_png(path.c_str());
+    ASSERT_EQ(cairo_surface_status(loaded), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(cairo_image_surface_get_width(loaded), window->width());
+    EXPECT_EQ(cairo_image_surface_get_height(loaded), window->height());
+    cairo_surface_flush(loaded);
+    const unsigned char* data = cairo_image_surface_get_data(loaded);
+    int stride = cairo_image_surface_get_stride(loaded);
+    EXPECT_EQ(reinterpret_cast<const std::uint32_t*>(data + 10 * stride)[10] & 0xFFFFFFu, rgb(255, 0, 0));
+    cairo_surface_destroy(loaded);
+    std::remove(path.c_str());
 }
 
 TEST_F(CanvasTest, MissingBitmapHasNoSizeAndDrawsNothing) {

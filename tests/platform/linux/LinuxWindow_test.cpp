@@ -367,6 +367,14 @@ TEST_F(LinuxWindowTest, OpeningAndClosingFiftyTimesLeavesNoWindowsOrConnectionsB
         editor->getFrame()->addView(knob);
         editor->getFrame()->setCursor(CursorKind::sizeNS);
         ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); })) << i;
+        if (i % 10 == 0) {
+            // Now and then close with the edit field open.
+            auto* field = new TextField(Rect{20, 100, 160, 114}, nullptr, 3, "Init", nullptr, 0);
+            editor->getFrame()->addView(field);
+            editor->getFrame()->setFocusView(field);
+            field->takeFocus(nullptr);
+            EXPECT_TRUE(field->isEditing());
+        }
         EXPECT_EQ(childrenOf(host), 1);
         editor->close();
         EXPECT_EQ(childrenOf(host), 0);
