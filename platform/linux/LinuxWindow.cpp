@@ -137,6 +137,7 @@ LinuxWindow::LinuxWindow(void* parent, int width, int height, WindowEventHandler
 }
 
 LinuxWindow::~LinuxWindow() {
+    if (alive_) *alive_ = false;
     if (!display_) return;
     if (edit_) edit_->detach();
     if (windowSurface_) {
@@ -207,14 +208,18 @@ void LinuxWindow::processEvents() {
         pumpNested();
         return;
     }
+    bool alive = true;
+    alive_ = &alive;
     ++dispatchDepth_;
     while (!destroyed_ && XPending(display_)) {
         XEvent event;
         XNextEvent(display_, &event);
         handleEvent(event, false);
+        if (!alive) return;  // closed from inside a handler: nothing of this window is left
     }
     flushExposes();
     --dispatchDepth_;
+    alive_ = nullptr;
 }
 
 bool LinuxWindow::dispatchOnePaint() {
@@ -265,7 +270,9 @@ void LinuxWindow::handleEvent(XEvent& event, bool nested) {
             } else if (button >= Button1 && button <= Button3) {
                 const int pressed = button == Button1 ? kLeftButton : (button == Button2 ? kMiddleButton : kRightButton);
                 pressSeed_ = pressed | buttonBits(event.xbutton.state);
+                bool* alive = alive_;
                 handler_.windowMouseDown(where);
+                if (alive && !*alive) return;
                 pressSeed_ = 0;
             }
             break;

@@ -76,6 +76,8 @@ private:
     bool exposePending_ = false;
     Rect exposeArea_;
     LinuxTextEdit* edit_ = nullptr;
+    // Set while events are dispatched: a handler may close the editor and with it this window.
+    bool* alive_ = nullptr;
 
     // Drag and drop from other applications (XDND, text/uri-list and plain text).
     Atom xdndAware_ = 0, xdndEnter_ = 0, xdndPosition_ = 0, xdndStatus_ = 0, xdndDrop_ = 0, xdndFinished_ = 0,

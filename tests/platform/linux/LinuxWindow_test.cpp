@@ -384,6 +384,34 @@ TEST_F(LinuxWindowTest, OpeningAndClosingFiftyTimesLeavesNoWindowsOrConnectionsB
     EXPECT_EQ(childrenOf(DefaultRootWindow(display)), rootChildren);
 }
 
+TEST_F(LinuxWindowTest, TheHostClosingTheEditorDuringADragIsSurvived) {
+    editor->open(parentHandle());
+    editor->getFrame()->addView(new RotaryKnob(Rect{20, 20, 60, 60}, nullptr, 11, nullptr, nullptr, Point{}));
+    ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); }));
+    // The host's idle, called from inside the drag loop, closes the editor.
+    fakeHost.onIdle = [&] {
+        if (editor->getFrame()) editor->close();
+    };
+    std::atomic<bool> finished{false};
+    Point start = onScreen(Point{40, 40});
+    std::thread user([&] {
+        User me;
+        me.moveTo(start);
+        me.button(true);
+        User::pause(300);
+        me.moveTo(Point{start.h, start.v - 20});
+        User::pause(100);
+        me.button(false);
+        finished = true;
+    });
+    idleUntil([&] { return finished.load() && !fakeHost.ended.empty(); }, 5000);
+    user.join();
+    EXPECT_EQ(editor->getFrame(), nullptr);
+    EXPECT_EQ(fakeHost.ended, std::vector<std::int32_t>{11}) << "the drag still ended properly";
+    XSync(display, False);
+    EXPECT_EQ(childrenOf(host), 0);
+}
+
 TEST_F(LinuxWindowTest, TheHostDestroyingItsWindowFirstIsSurvived) {
     editor->open(parentHandle());
     idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); });
