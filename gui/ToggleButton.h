@@ -1,0 +1,21 @@
+// A two-state button: the upper half of its bitmap shows "off", the lower half "on".
+#pragma once
+
+#include "gui/Control.h"
+
+namespace tolvane {
+
+class ToggleButton : public Control {
+public:
+    // offset: where the button's column starts in the bitmap.
+    ToggleButton(const Rect& bounds, ControlListener* listener, std::int32_t tag, BitmapResource* bitmap,
+                 Point offset = Point{0, 0});
+
+    void draw(Canvas& canvas) override;
+    void onMouseDown(Canvas& canvas, Point where) override;
+
+private:
+    Point offset_;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,204 @@
+#include "gui/Canvas.h"
+
+#include <cstdio>
+#include <string>
+
+#include "tests/gui/ToolkitTestSupport.h"
+
+namespace tolvane {
+namespace {
+
+using testing::makeBitmap;
+using testing::rgb;
+
+class CanvasTest : public testing::ToolkitTest {
+protected:
+    // Draws on a cleared window through a fresh canvas.
+    template <typename Draw>
+    void drawOnCleared(Draw draw) {
+        frame->withCanvas([&](Canvas& canvas) {
+            canvas.setFillColor(kBlackColor);
+            canvas.fillRect(Rect{-1, -1, window->width(), window->height()});
+            draw(canvas);
+        });
+    }
+    // The set of pixels of a colour inside a search area, as "x,y" strings for readable failures.
+    std::vector<std::pair<int, int>> pixelsOf(std::uint32_t colour, const Rect& area) {
+        std::vector<std::pair<int, int>> found;
+        for (int y = area.top; y < area.bottom; ++y)
+            for (int x = area.left; x < area.right; ++x)
+                if (window->pixel(x, y) == colour) found.emplace_back(x, y);
+        return found;
+    }
+};
+
+TEST_F(CanvasTest, FillRectCoversTheInsideOfTheOutlineOnly) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setFillColor(kRedColor);
+        canvas.fillRect(Rect{10, 20, 15, 24});
+    });
+    // Inside: x 11..14, y 21..23 -> 4 x 3 pixels.
+    auto red = pixelsOf(rgb(255, 0, 0), Rect{0, 0, 40, 40});
+    ASSERT_EQ(red.size(), 12u);
+    for (auto [x, y] : red) {
+        EXPECT_GE(x, 11);
+        EXPECT_LE(x, 14);
+        EXPECT_GE(y, 21);
+        EXPECT_LE(y, 23);
+    }
+}
+
+TEST_F(CanvasTest, DrawRectangleOutlinesBothEdgesInclusiveAndFillRectMeetsItExactly) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setFrameColor(kGreenColor);
+        canvas.drawRectangle(Rect{5, 5, 9, 8});
+        canvas.setFillColor(kBlueColor);
+        canvas.fillRect(Rect{5, 5, 9, 8});
+    });
+    // Outline ring of a 5 x 4 block (x 5..9, y 5..8): 5*4 - 3*2 = 14 pixels; inside 3 x 2 = 6 pixels.
+    EXPECT_EQ(pixelsOf(rgb(0, 255, 0), Rect{0, 0, 20, 20}).size(), 14u);
+    EXPECT_EQ(pixelsOf(rgb(0, 0, 255), Rect{0, 0, 20, 20}).size(), 6u);
+    for (int x = 5; x <= 9; ++x) {
+        EXPECT_EQ(window->pixel(x, 5), rgb(0, 255, 0)) << x;
+        EXPECT_EQ(window->pixel(x, 8), rgb(0, 255, 0)) << x;
+    }
+    EXPECT_EQ(window->pixel(10, 8), 0u);
+    EXPECT_EQ(window->pixel(9, 9), 0u);
+}
+
+TEST_F(CanvasTest, LinesLeaveOutTheirEndPixelAndFollowTheOffset) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setOffset(Point{3, 2});
+        canvas.setFrameColor(kWhiteColor);
+        canvas.moveTo(Point{0, 0});
+        canvas.lineTo(Point{6, 0});   // x 3..8 at y 2
+        canvas.moveTo(Point{0, 10});
+        canvas.lineTo(Point{4, 14});  // diagonal: (3,12) (4,13) (5,14) (6,15)
+    });
+    auto white = pixelsOf(rgb(255, 255, 255), Rect{0, 0, 30, 30});
+    std::vector<std::pair<int, int>> expected = {{3, 2}, {4, 2}, {5, 2}, {6, 2}, {7, 2}, {8, 2},
+                                                 {3, 12}, {4, 13}, {5, 14}, {6, 15}};
+    std::sort(white.begin(), white.end(), [](auto a, auto b) { return a.second != b.second ? a.second < b.second : a.first < b.first; });
+    EXPECT_EQ(white, expected);
+}
+
+TEST_F(CanvasTest, DottedLinesSkipPixels) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setLineStyle(kLineDotted);
+        canvas.setFrameColor(kWhiteColor);
+        canvas.moveTo(Point{0, 1});
+        canvas.lineTo(Point{12, 1});
+    });
+    auto white = pixelsOf(rgb(255, 255, 255), Rect{0, 0, 20, 3});
+    EXPECT_EQ(white.size(), 6u);  // three on, three off, twice
+    EXPECT_EQ(window->pixel(3, 1), 0u);
+}
+
+TEST_F(CanvasTest, FontTableGivesSizesWeightsAndFaces) {
+    const int sizes[] = {12, 18, 14, 12, 11, 10, 9, 13};
+    for (int id = 0; id < 8; ++id) {
+        FontSpec font = Canvas::fontFor(id, 0, 0);
+        EXPECT_EQ(font.size, sizes[id]) << id;
+        EXPECT_EQ(font.weight, id == 0 ? 700 : 400) << id;
+        EXPECT_STREQ(font.face, id == 7 ? "Symbol" : "Arial") << id;
+    }
+    FontSpec styled = Canvas::fontFor(4, 20, kTextBold | kTextItalic | kTextUnderline);
+    EXPECT_EQ(styled.size, 20);
+    EXPECT_EQ(styled.weight, 700);
+    EXPECT_TRUE(styled.italic);
+    EXPECT_TRUE(styled.underline);
+    // Ids outside the table mean id 0.
+    EXPECT_EQ(Canvas::fontFor(9, 0, 0).size, 12);
+    EXPECT_EQ(Canvas::fontFor(-1, 0, 0).weight, 700);
+}
+
+TEST_F(CanvasTest, TextIsDrawnInsideItsRectangleWithTheRequestedAlignment) {
+    auto inkColumns = [&](const Rect& area) {
+        int first = -1, last = -1;
+        for (int x = area.left; x < area.right; ++x)
+            for (int y = area.top; y < area.bottom; ++y)
+                if (window->pixel(x, y) != 0) {
+                    if (first < 0) first = x;
+                    last = x;
+                }
+        return std::make_pair(first, last);
+    };
+    const Rect box{20, 10, 120, 30};
+    for (int align : {kTextAlignLeft, kTextAlignCenter, kTextAlignRight}) {
+        drawOnCleared([&](Canvas& canvas) {
+            canvas.setFont(4);
+            canvas.setFontColor(kWhiteColor);
+            canvas.drawString("WWW", box, false, align);
+        });
+        auto [first, last] = inkColumns(Rect{0, 0, 200, 50});
+        ASSERT_GE(first, 0) << "no text drawn, align " << align;
+        EXPECT_GE(first, box.left);
+        EXPECT_LE(last, box.right);
+        int middle = (first + last) / 2;
+        if (align == kTextAlignLeft) {
+            EXPECT_LT(first, box.left + 5);
+        } else if (align == kTextAlignCenter) {
+            EXPECT_NEAR(middle, (box.left + box.right) / 2, 3);
+        } else {
+            EXPECT_GT(last, box.right - 5);
+        }
+    }
+}
+
+TEST_F(CanvasTest, OpaqueTextFillsBehindTheGlyphsWithTheFillColour) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setFont(4);
+        canvas.setFillColor(kBlueColor);
+        canvas.setFontColor(kWhiteColor);
+        canvas.drawString("i", Rect{0, 0, 60, 20}, true, kTextAlignCenter);
+    });
+    EXPECT_FALSE(pixelsOf(rgb(0, 0, 255), Rect{0, 0, 60, 20}).empty());
+    EXPECT_TRUE(pixelsOf(rgb(0, 0, 255), Rect{0, 20, 60, 40}).empty());
+}
+
+TEST_F(CanvasTest, ColourKeyedBitmapsLeaveTheDestinationWhereTheKeyIs) {
+    // Left half white (the key), right half yellow.
+    BitmapResource* bitmap = makeBitmap(8, 4, [](int x, int) { return x < 4 ? rgb(255, 255, 255) : rgb(255, 255, 0); });
+    drawOnCleared([&](Canvas& canvas) {
+        canvas.setFillColor(kBlueColor);
+        canvas.fillRect(Rect{-1, -1, 30, 30});
+        bitmap->drawTransparent(canvas, Rect{10, 10, 18, 14}, Point{0, 0});
+        bitmap->draw(canvas, Rect{10, 20, 18, 24}, Point{0, 0});
+    });
+    EXPECT_EQ(window->pixel(11, 11), rgb(0, 0, 255));
+    EXPECT_EQ(window->pixel(15, 11), rgb(255, 255, 0));
+    EXPECT_EQ(window->pixel(11, 21), rgb(255, 255, 255));
+    EXPECT_EQ(window->pixel(15, 21), rgb(255, 255, 0));
+    bitmap->release();
+}
+
+TEST_F(CanvasTest, TheWindowCanBeSavedAsPng) {
+    drawOnCleared([](Canvas& canvas) {
+        canvas.setFillColor(kRedColor);
+        canvas.fillRect(Rect{0, 0, 20, 20});
+    });
+    std::string path = std::string(TOLVANE_BINARY_DIR) + "/canvas_test_window.png";
+    ASSERT_TRUE(window->savePng(path));
+    cairo_surface_t* loaded = cairo_image_surface_create_from_png(path.c_str());
+    ASSERT_EQ(cairo_surface_status(loaded), CAIRO_STATUS_SUCCESS);
+    EXPECT_EQ(cairo_image_surface_get_width(loaded), window->width());
+    EXPECT_EQ(cairo_image_surface_get_height(loaded), window->height());
+    cairo_surface_flush(loaded);
+    const unsigned char* data = cairo_image_surface_get_data(loaded);
+    int stride = cairo_image_surface_get_stride(loaded);
+    EXPECT_EQ(reinterpret_cast<const std::uint32_t*>(data + 10 * stride)[10] & 0xFFFFFFu, rgb(255, 0, 0));
+    cairo_surface_destroy(loaded);
+    std::remove(path.c_str());
+}
+
+TEST_F(CanvasTest, MissingBitmapHasNoSizeAndDrawsNothing) {
+    BitmapResource* missing = new BitmapResource(99999);
+    EXPECT_EQ(missing->getWidth(), 0);
+    EXPECT_EQ(missing->getHeight(), 0);
+    drawOnCleared([&](Canvas& canvas) { missing->draw(canvas, Rect{0, 0, 10, 10}, Point{0, 0}); });
+    EXPECT_EQ(window->pixel(5, 5), 0u);
+    missing->release();
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,381 @@
+#include "gui/EditorFrame.h"
+
+#include <string>
+
+#include "gui/TextField.h"
+#include "tests/gui/ToolkitTestSupport.h"
+
+namespace tolvane {
+namespace {
+
+using testing::FakeHost;
+using testing::TestEditor;
+
+// A view that logs what reaches it into a shared journal.
+struct JournalView : View {
+    JournalView(const Rect& r, std::string name, std::vector<std::string>& journal, std::int32_t keyAnswer = -1)
+        : View(r), name(std::move(name)), journal(journal), keyAnswer(keyAnswer) {}
+    void draw(Canvas&) override { journal.push_back(name + ".draw"); }
+    void onMouseDown(Canvas&, Point) override { journal.push_back(name + ".press"); }
+    std::int32_t onKeyDown(const KeyCode&) override {
+        journal.push_back(name + ".key");
+        return keyAnswer;
+    }
+    bool onWheel(Canvas*, Point, float) override {
+        journal.push_back(name + ".wheel");
+        return true;
+    }
+    bool onFilesDropped(const char* const* items, std::int32_t count, std::int32_t, Point) override {
+        journal.push_back(name + ".drop " + std::to_string(count) + " " + (count > 0 ? items[0] : ""));
+        return true;
+    }
+    bool onAdded(View*) override {
+        journal.push_back(name + ".added");
+        return true;
+    }
+    bool onRemoved(View*) override {
+        journal.push_back(name + ".removed");
+        return true;
+    }
+    std::string name;
+    std::vector<std::string>& journal;
+    std::int32_t keyAnswer;
+};
+
+// A control that counts its draws.
+struct CountingControl : Control {
+    explicit CountingControl(const Rect& r) : Control(r, nullptr, 0) {}
+    void draw(Canvas&) override { ++draws; }
+    int draws = 0;
+};
+
+class EditorFrameTest : public testing::ToolkitTest {
+protected:
+    std::vector<std::string> journal;
+};
+
+TEST(ReferenceCounted, CountStartsAtOneAndTheLastReleaseDestroys) {
+    static int destroyed = 0;
+    struct Probe : View {
+        Probe() : View(Rect{}) {}
+        ~Probe() override { ++destroyed; }
+    };
+    destroyed = 0;
+    Probe* probe = new Probe;
+    EXPECT_EQ(probe->getRefCount(), 1);
+    probe->addRef();
+    probe->addRef();
+    EXPECT_EQ(probe->getRefCount(), 3);
+    probe->release();
+    probe->release();
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_EQ(probe->getRefCount(), 1);
+    probe->release();
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(ReferenceCounted, ControlsHoldTheirBackgroundAndLetGoOfIt) {
+    BitmapResource* bitmap = testing::makeBitmap(2, 2, [](int, int) { return 0u; });
+    Control* control = new Control(Rect{0, 0, 2, 2}, nullptr, 0, bitmap);
+    EXPECT_EQ(bitmap->getRefCount(), 2);
+    BitmapResource* other = testing::makeBitmap(2, 2, [](int, int) { return 0u; });
+    control->setBackground(other);
+    EXPECT_EQ(bitmap->getRefCount(), 1);
+    EXPECT_EQ(other->getRefCount(), 2);
+    control->release();
+    EXPECT_EQ(other->getRefCount(), 1);
+    bitmap->release();
+    other->release();
+}
+
+TEST(ControlDirtyState, FollowsTheValueAndTheMarks) {
+    Control* control = new Control(Rect{0, 0, 10, 10}, nullptr, 0);
+    EXPECT_TRUE(control->isDirty()) << "a new control has never been drawn";
+    control->setDirty(false);
+    EXPECT_FALSE(control->isDirty());
+    control->setValue(0.25f);
+    EXPECT_TRUE(control->isDirty());
+    control->setDirty(false);
+    EXPECT_FALSE(control->isDirty());
+    EXPECT_EQ(control->getPreviousValue(), 0.25f);
+    // Marking dirty must work for any value, -1 included.
+    control->setValue(-1.0f);
+    control->setDirty(false);
+    control->setDirty(true);
+    EXPECT_TRUE(control->isDirty());
+    EXPECT_NE(control->getPreviousValue(), control->getValue());
+    control->release();
+}
+
+TEST_F(EditorFrameTest, IdleRedrawsOnlyDirtyControlsAndSettles) {
+    CountingControl* a = add(new CountingControl(Rect{0, 0, 10, 10}));
+    CountingControl* b = add(new CountingControl(Rect{20, 0, 30, 10}));
+    CountingControl* c = add(new CountingControl(Rect{40, 0, 50, 10}));
+
+    frame->idle();
+    EXPECT_EQ(a->draws + b->draws + c->draws, 0) << "no drawing before the first paint";
+
+    window->paint();
+    EXPECT_EQ(a->draws, 1);
+    EXPECT_FALSE(frame->isFirstDrawPending());
+    // Controls stay dirty after a paint until their own redraw; one idle catches them up.
+    editor->idle();
+    a->draws = b->draws = c->draws = 0;
+
+    b->setValue(0.7f);
+    editor->idle();
+    EXPECT_EQ(a->draws, 0);
+    EXPECT_EQ(b->draws, 1);
+    EXPECT_EQ(c->draws, 0);
+
+    const int passes = window->drawPasses();
+    for (int i = 0; i < 5; ++i) editor->idle();
+    EXPECT_EQ(b->draws, 1) << "nothing dirty, nothing drawn";
+    EXPECT_EQ(window->drawPasses(), passes) << "an idle with nothing dirty opens no drawing pass";
+}
+
+TEST_F(EditorFrameTest, DirtyFrameRedrawsEverythingAndModalViewTakesOverRedraws) {
+    CountingControl* a = add(new CountingControl(Rect{0, 0, 10, 10}));
+    CountingControl* b = add(new CountingControl(Rect{20, 0, 30, 10}));
+    window->paint();
+    editor->idle();
+    a->draws = b->draws = 0;
+
+    frame->setDirty(true);
+    editor->idle();
+    EXPECT_EQ(a->draws, 1);
+    EXPECT_EQ(b->draws, 1);
+
+    CountingControl* modal = add(new CountingControl(Rect{0, 0, 50, 50}));
+    editor->idle();
+    a->draws = b->draws = modal->draws = 0;
+    frame->setModalView(modal);
+    a->setValue(0.5f);
+    modal->setValue(0.5f);
+    editor->idle();
+    EXPECT_EQ(a->draws, 0) << "while a modal view is shown only it redraws";
+    EXPECT_EQ(modal->draws, 1);
+}
+
+TEST_F(EditorFrameTest, PaintDrawsOnlyViewsThatMeetTheArea) {
+    add(new JournalView(Rect{0, 0, 10, 10}, "left", journal));
+    add(new JournalView(Rect{50, 0, 60, 10}, "right", journal));
+    window->paint(Rect{40, 0, 70, 20});
+    EXPECT_EQ(journal, (std::vector<std::string>{"right.draw"}));
+}
+
+TEST_F(EditorFrameTest, PressGoesToTheLastMouseEnabledChildUnderThePoint) {
+    add(new JournalView(Rect{0, 0, 50, 50}, "under", journal));
+    JournalView* over = add(new JournalView(Rect{20, 20, 80, 80}, "over", journal));
+    window->press(Point{30, 30}, kLeftButton);
+    window->press(Point{10, 10}, kLeftButton);
+    window->press(Point{90, 90}, kLeftButton);
+    over->setMouseEnabled(false);
+    window->press(Point{30, 30}, kLeftButton);
+    // Edges belong to the view.
+    window->press(Point{50, 50}, kLeftButton);
+    EXPECT_EQ(journal, (std::vector<std::string>{"over.press", "under.press", "under.press", "under.press"}));
+}
+
+TEST_F(EditorFrameTest, ModalViewCapturesPressesAndOnlyOneIsAllowed) {
+    add(new JournalView(Rect{0, 0, 100, 100}, "back", journal));
+    JournalView* modal = add(new JournalView(Rect{40, 40, 60, 60}, "modal", journal));
+    JournalView* second = add(new JournalView(Rect{0, 0, 5, 5}, "second", journal));
+    ASSERT_TRUE(frame->setModalView(modal));
+    EXPECT_FALSE(frame->setModalView(second));
+    window->press(Point{10, 10}, kLeftButton);
+    window->press(Point{50, 50}, kLeftButton);
+    ASSERT_TRUE(frame->setModalView(nullptr));
+    window->press(Point{10, 10}, kLeftButton);
+    EXPECT_EQ(journal, (std::vector<std::string>{"modal.added", "modal.press", "modal.removed", "back.press"}));
+}
+
+TEST_F(EditorFrameTest, PressWhileEditingEndsTheEditThenReachesTheViewUnderIt) {
+    TextField* field = add(new TextField(Rect{0, 0, 60, 12}, nullptr, 1, "abc", nullptr, 0));
+    add(new JournalView(Rect{100, 0, 120, 20}, "button", journal));
+    window->press(Point{5, 5}, kLeftButton);
+    ASSERT_NE(window->activeEdit(), nullptr);
+    EXPECT_EQ(frame->getFocusView(), field);
+    window->typeText("abcd");
+    window->press(Point{110, 10}, kLeftButton);
+    EXPECT_EQ(window->activeEdit(), nullptr);
+    EXPECT_EQ(frame->getFocusView(), nullptr);
+    EXPECT_STREQ(field->text(), "abcd");
+    EXPECT_EQ(journal, (std::vector<std::string>{"button.press"}));
+}
+
+TEST_F(EditorFrameTest, KeysGoToFocusThenModalThenChildrenFromTheLast) {
+    JournalView* first = add(new JournalView(Rect{0, 0, 10, 10}, "first", journal, 7));
+    add(new JournalView(Rect{0, 0, 10, 10}, "last", journal, -1));
+    JournalView* modal = add(new JournalView(Rect{0, 0, 10, 10}, "modal", journal, -1));
+    frame->setModalView(modal);
+    frame->setFocusView(first);
+    KeyCode key;
+    key.virt = kVirtualKeyUp;
+    EXPECT_EQ(editor->onKeyDown(key), 7);
+    EXPECT_EQ(journal, (std::vector<std::string>{"modal.added", "first.key"}));
+    journal.clear();
+    frame->setFocusView(nullptr);
+    EXPECT_EQ(editor->onKeyDown(key), 7);
+    // modal (no), then children last to first: modal is also the last child, then "last", then "first".
+    EXPECT_EQ(journal, (std::vector<std::string>{"modal.key", "modal.key", "last.key", "first.key"}));
+    // Without a frame nothing handles keys.
+    editor->close();
+    EXPECT_EQ(editor->onKeyDown(key), -1);
+}
+
+TEST_F(EditorFrameTest, HostWheelGoesToTheViewUnderThePointer) {
+    add(new JournalView(Rect{0, 0, 50, 50}, "a", journal));
+    add(new JournalView(Rect{60, 0, 100, 50}, "b", journal));
+    window->wheel(Point{70, 10}, 1.0f);
+    // From the host: no canvas, point (0,0); the live pointer decides.
+    window->press(Point{10, 10}, 0);  // moves the pointer there (no button: nothing happens)
+    editor->onWheel(1.0f);
+    EXPECT_EQ(journal, (std::vector<std::string>{"b.wheel", "a.press", "a.wheel"}));
+}
+
+TEST_F(EditorFrameTest, DropsGoToTheLastChildUnderThePointUnlessEditingOrModal) {
+    add(new JournalView(Rect{0, 0, 50, 50}, "a", journal));
+    JournalView* b = add(new JournalView(Rect{0, 0, 30, 30}, "b", journal));
+    window->dropFiles({"/tmp/x.prog", "/tmp/y.prog"}, 0, Point{10, 10});
+    window->dropFiles({"some text"}, 1, Point{40, 40});
+    frame->setModalView(b);
+    window->dropFiles({"/tmp/z"}, 0, Point{10, 10});
+    EXPECT_EQ(journal, (std::vector<std::string>{"b.drop 2 /tmp/x.prog", "a.drop 9 some text", "b.added"}));
+}
+
+TEST_F(EditorFrameTest, AViewRemovedByItsOwnPressSurvivesTheCall) {
+    struct SelfRemoving : View {
+        using View::View;
+        void onMouseDown(Canvas&, Point) override {
+            getFrame()->removeView(this, true);
+            pressedAfterRemoval = getRefCount();
+        }
+        std::int32_t pressedAfterRemoval = 0;
+    };
+    add(new SelfRemoving(Rect{0, 0, 10, 10}));
+    window->press(Point{5, 5}, kLeftButton);
+    EXPECT_EQ(frame->getViewCount(), 0);
+}
+
+TEST_F(EditorFrameTest, AFrameWhoseWindowWasDestroyedStopsDrawingAndReadsNoButtons) {
+    CountingControl* control = add(new CountingControl(Rect{0, 0, 10, 10}));
+    window->paint();
+    control->draws = 0;
+    window->destroyFromOutside();
+    EXPECT_FALSE(frame->isOpen());
+    control->setValue(0.5f);
+    editor->idle();
+    EXPECT_EQ(control->draws, 0);
+    EXPECT_EQ(frame->getMouseButtons(), 0);
+}
+
+TEST_F(EditorFrameTest, CursorKindsReachTheWindowAndTheDefaultReturns) {
+    frame->setCursor(CursorKind::sizeNS);
+    EXPECT_EQ(window->cursor(), CursorKind::sizeNS);
+    frame->setCursor(CursorKind::standard);
+    EXPECT_EQ(window->cursor(), CursorKind::standard);
+}
+
+TEST_F(EditorFrameTest, RepeatedOpenAndCloseLeavesNoWindowsOrViewsBehind) {
+    static int alive = 0;
+    struct Counted : View {
+        Counted() : View(Rect{0, 0, 5, 5}) { ++alive; }
+        ~Counted() override { --alive; }
+    };
+    BitmapResource* background = testing::makeBitmap(4, 4, [](int, int) { return 0x102030u; });
+    for (int i = 0; i < 50; ++i) {
+        editor->close();
+        EXPECT_EQ(platform.windowsAlive(), 0);
+        editor->open(&parentToken);
+        editor->getFrame()->setBackground(background);
+        editor->getFrame()->addView(new Counted);
+        editor->getFrame()->addView(new Counted);
+        platform.window()->paint();
+        editor->idle();
+    }
+    EXPECT_EQ(alive, 2);
+    editor->close();
+    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(platform.windowsAlive(), 0);
+    EXPECT_EQ(background->getRefCount(), 1);
+    background->release();
+}
+
+// ---- editor base
+
+TEST(EditorBaseTest, RegistersWithThePluginAndReportsItsRectangle) {
+    FakeHost host;
+    TestEditor editor(&host, 718, 310);
+    EXPECT_EQ(host.registered, &editor);
+    EditorRect* rect = nullptr;
+    EXPECT_EQ(editor.getRect(&rect), 1);
+    ASSERT_NE(rect, nullptr);
+    EXPECT_EQ(rect->right, 718);
+    EXPECT_EQ(rect->bottom, 310);
+    EXPECT_EQ(editor.setKnobMode(kLinearKnobMode), 1);
+    EXPECT_EQ(EditorBase::getKnobMode(), kLinearKnobMode);
+    editor.setKnobMode(kCircularKnobMode);
+}
+
+TEST_F(EditorFrameTest, IdleRunsAPendingUpdateOnce) {
+    editor->idle();
+    EXPECT_EQ(editor->updates, 1) << "open leaves an update pending";
+    editor->idle();
+    EXPECT_EQ(editor->updates, 1);
+    editor->setParameter(3, 0.5f);
+    editor->idle();
+    EXPECT_EQ(editor->updates, 2);
+}
+
+TEST_F(EditorFrameTest, IdlePumpRunsAboutEveryHundredMillisecondsAndSleepsInBetween) {
+    editor->idle();  // the pending update
+    platform.clearSleeps();
+    std::uint32_t start = platform.tickCount();
+
+    editor->idlePump();  // due: the editor was made at this time
+    EXPECT_EQ(host.idles, 1);
+    EXPECT_TRUE(platform.sleeps().empty());
+
+    platform.setTime(start + 10);
+    editor->idlePump();
+    EXPECT_EQ(host.idles, 1) << "90 ms early: sleep and return";
+    EXPECT_EQ(platform.sleeps(), std::vector<int>{4});
+    EXPECT_EQ(platform.tickCount(), start + 14);
+
+    platform.setTime(start + 49);
+    editor->idlePump();
+    EXPECT_EQ(host.idles, 1) << "51 ms early is still too early";
+
+    platform.setTime(start + 50);
+    editor->idlePump();
+    EXPECT_EQ(host.idles, 2) << "50 ms early: sleep, then run";
+    EXPECT_EQ(platform.sleeps(), (std::vector<int>{4, 4, 4}));
+
+    // The next run is scheduled 100 ms after this call began.
+    platform.setTime(start + 150);
+    editor->idlePump();
+    EXPECT_EQ(host.idles, 3);
+    EXPECT_EQ(platform.sleeps().size(), 3u);
+}
+
+TEST_F(EditorFrameTest, HostIdleCallingBackIntoTheEditorDoesNothingReentrantly) {
+    editor->idle();
+    host.onIdle = [this] { editor->idle(); };
+    editor->postUpdate();
+    platform.advance(200);
+    editor->idlePump();
+    EXPECT_EQ(editor->updates, 2) << "the pump's own idle ran the update";
+    editor->postUpdate();
+    platform.advance(200);
+    host.onIdle = [this] {
+        editor->postUpdate();
+        editor->idle();
+    };
+    editor->idlePump();
+    EXPECT_EQ(editor->updates, 3) << "the idle called from the host's idle did not run";
+    EXPECT_TRUE(editor->isUpdatePending());
+}
+
+}  // namespace
+}  // namespace tolvane

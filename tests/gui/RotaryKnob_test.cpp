@@ -1,0 +1,245 @@
+#include "gui/RotaryKnob.h"
+
+#include <cmath>
+
+#include "gui/FilmStripKnob.h"
+#include "tests/gui/ToolkitTestSupport.h"
+
+namespace tolvane {
+namespace {
+
+using testing::RecordingListener;
+using testing::rgb;
+
+constexpr double kPi = 3.14159265358979323846;
+
+// A 40 x 40 knob at (100, 40): centre (120, 60), radius 20.
+class RotaryKnobTest : public testing::ToolkitTest {
+protected:
+    void SetUp() override {
+        ToolkitTest::SetUp();
+        knob = add(new RotaryKnob(Rect{100, 40, 140, 80}, &listener, 42, nullptr, nullptr, Point{}));
+    }
+
+    // Press at `start` holding `buttons`, move through `path` with the same buttons, let go at the last point.
+    void drag(Point start, int buttons, std::vector<Point> path) {
+        std::vector<PointerStep> steps;
+        for (Point p : path) steps.push_back(PointerStep{p, buttons});
+        steps.push_back(PointerStep{path.empty() ? start : path.back(), 0});
+        window->press(start, buttons, steps);
+    }
+
+    // The point at `degrees` (counter-clockwise from the right, y up) and distance 15 from the centre.
+    static Point atAngle(double degrees) {
+        double a = degrees * kPi / 180.0;
+        return Point{120 + static_cast<int>(std::lround(15 * std::cos(a))), 60 - static_cast<int>(std::lround(15 * std::sin(a)))};
+    }
+
+    // The knob runs clockwise from 225 degrees (minimum, lower left) through 270 degrees to -45 (maximum).
+    static float expectedAt(double degrees) {
+        double travelled = std::fmod(225.0 - degrees + 720.0, 360.0);
+        return static_cast<float>(travelled / 270.0);
+    }
+
+    RecordingListener listener;
+    RotaryKnob* knob = nullptr;
+};
+
+TEST_F(RotaryKnobTest, LinearDragCoversHalfTheRangeInAHundredPixelsAndClamps) {
+    editor->setKnobMode(kLinearKnobMode);
+    knob->setValue(0.2f);
+    drag(Point{120, 60}, kLeftButton, {Point{120, 10}, Point{120, -40}});
+    EXPECT_NEAR(knob->getValue(), 0.7f, 1e-5);
+    // Right counts like up; down and left decrease; the value stops at the ends.
+    drag(Point{120, 60}, kLeftButton, {Point{150, 60}});
+    EXPECT_NEAR(knob->getValue(), 0.85f, 1e-5);
+    drag(Point{120, 60}, kLeftButton, {Point{120, 500}});
+    EXPECT_EQ(knob->getValue(), 0.0f);
+    drag(Point{120, 60}, kLeftButton, {Point{120, -500}});
+    EXPECT_EQ(knob->getValue(), 1.0f);
+}
+
+TEST_F(RotaryKnobTest, ShiftSlowsALinearDragWithoutMovingTheValueWhenPressedOrReleased) {
+    editor->setKnobMode(kLinearKnobMode);
+    knob->setValue(0.2f);
+    std::vector<PointerStep> steps = {
+        {Point{120, 20}, kLeftButton},               // 40 up at 1/200
+        {Point{120, 20}, kLeftButton | kShiftKey},   // Shift goes down, no movement
+        {Point{120, -10}, kLeftButton | kShiftKey},  // 30 up at 1/300
+        {Point{120, -10}, kLeftButton},              // Shift released, no movement
+        {Point{120, -40}, kLeftButton},              // 30 up at 1/200
+        {Point{120, -40}, 0},
+    };
+    std::vector<float> seen;
+    listener.onChange = [&](Control* c) { seen.push_back(c->getValue()); };
+    window->press(Point{120, 60}, kLeftButton, steps);
+    const float a = 0.2f + 40.0f / 200.0f;
+    const float b = a + 30.0f / 300.0f;
+    const float c = b + 30.0f / 200.0f;
+    ASSERT_EQ(seen.size(), 3u) << "one change per movement, none when only Shift changes";
+    EXPECT_NEAR(seen[0], a, 1e-5);
+    EXPECT_NEAR(seen[1], b, 1e-5);
+    EXPECT_NEAR(seen[2], c, 1e-5);
+}
+
+TEST_F(RotaryKnobTest, ShiftHeldFromThePressUsesTheZoomedPixelRange) {
+    editor->setKnobMode(kLinearKnobMode);
+    knob->setValue(0.0f);
+    drag(Point{120, 60}, kLeftButton | kShiftKey, {Point{120, 0}});
+    EXPECT_NEAR(knob->getValue(), 60.0f / 300.0f, 1e-5);
+    knob->setZoomFactor(2.0f);
+    knob->setValue(0.0f);
+    drag(Point{120, 60}, kLeftButton | kShiftKey, {Point{120, 0}});
+    EXPECT_NEAR(knob->getValue(), 60.0f / 400.0f, 1e-5);
+}
+
+TEST_F(RotaryKnobTest, CircularDragFollowsTheAngle) {
+    knob->setValue(0.5f);
+    for (double degrees : {90.0, 0.0, 180.0, 200.0, 135.0, -30.0}) {
+        drag(atAngle(90.0), kLeftButton, {atAngle(degrees)});
+        EXPECT_NEAR(knob->getValue(), expectedAt(degrees), 0.02) << degrees;
+        knob->setValue(0.5f);
+    }
+}
+
+TEST_F(RotaryKnobTest, CircularDragAcrossTheGapStaysAtTheEndItCameFrom) {
+    knob->setValue(0.5f);
+    // Clockwise over the top to the maximum side, into the gap (-60), past its middle (250), on to 200.
+    drag(atAngle(90.0), kLeftButton, {atAngle(0.0), atAngle(-30.0), atAngle(-60.0), atAngle(250.0), atAngle(200.0)});
+    EXPECT_EQ(knob->getValue(), 1.0f);
+    // And the other way round from the minimum side.
+    knob->setValue(0.5f);
+    drag(atAngle(90.0), kLeftButton, {atAngle(180.0), atAngle(215.0), atAngle(240.0), atAngle(290.0), atAngle(330.0)});
+    EXPECT_EQ(knob->getValue(), 0.0f);
+}
+
+TEST_F(RotaryKnobTest, AltReversesTheKnobModeForOneDrag) {
+    // Circular mode with Alt: linear. 50 px up from the centre is half of... 0.25 of the range.
+    knob->setValue(0.0f);
+    drag(Point{120, 60}, kLeftButton | kAltKey, {Point{120, 10}});
+    EXPECT_NEAR(knob->getValue(), 0.25f, 1e-5);
+    // Linear mode with Alt: circular, so the value follows the pointer's angle.
+    editor->setKnobMode(kLinearKnobMode);
+    knob->setValue(0.5f);
+    drag(atAngle(90.0), kLeftButton | kAltKey, {atAngle(0.0)});
+    EXPECT_NEAR(knob->getValue(), expectedAt(0.0), 0.02);
+}
+
+TEST_F(RotaryKnobTest, ControlClickSetsTheDefaultButControlShiftDrags) {
+    knob->setValue(0.9f);
+    knob->setDefaultValue(0.3f);
+    drag(Point{120, 60}, kLeftButton | kControlKey, {Point{120, 0}});
+    EXPECT_EQ(knob->getValue(), 0.3f);
+    EXPECT_EQ(listener.values, std::vector<float>{0.3f});
+    EXPECT_TRUE(host.begun.empty()) << "a click to the default is no drag";
+    // Already at the default: nothing to report.
+    drag(Point{120, 60}, kLeftButton | kControlKey, {});
+    EXPECT_EQ(listener.values.size(), 1u);
+
+    editor->setKnobMode(kLinearKnobMode);
+    drag(Point{120, 60}, kLeftButton | kControlKey | kShiftKey, {Point{120, 0}});
+    EXPECT_NEAR(knob->getValue(), 0.3f + 60.0f / 300.0f, 1e-5);
+}
+
+TEST_F(RotaryKnobTest, DragsAreBracketedByBeginAndEndEditAndTakeTheFocus) {
+    editor->setKnobMode(kLinearKnobMode);
+    drag(Point{120, 60}, kLeftButton, {Point{120, 50}, Point{120, 40}});
+    EXPECT_EQ(host.begun, std::vector<std::int32_t>{42});
+    EXPECT_EQ(host.ended, std::vector<std::int32_t>{42});
+    EXPECT_EQ(frame->getFocusView(), knob);
+    // A right-button press does nothing.
+    window->press(Point{120, 60}, kRightButton, {{Point{120, 0}, kRightButton}});
+    EXPECT_EQ(host.begun.size(), 1u);
+}
+
+TEST_F(RotaryKnobTest, KeysStepByTheWheelStepAndShiftMakesItFine) {
+    knob->setValue(0.5f);
+    auto key = [](unsigned char virt, unsigned char modifier = 0) {
+        KeyCode k;
+        k.virt = virt;
+        k.modifier = modifier;
+        return k;
+    };
+    EXPECT_EQ(knob->onKeyDown(key(kVirtualKeyUp)), 1);
+    EXPECT_NEAR(knob->getValue(), 0.6f, 1e-5);
+    knob->onKeyDown(key(kVirtualKeyRight, kKeyModifierShift));
+    EXPECT_NEAR(knob->getValue(), 0.61f, 1e-5);
+    knob->onKeyDown(key(kVirtualKeyLeft));
+    knob->onKeyDown(key(kVirtualKeyDown));
+    EXPECT_NEAR(knob->getValue(), 0.41f, 1e-5);
+    EXPECT_EQ(knob->onKeyDown(key(kVirtualKeyReturn)), -1);
+    ASSERT_EQ(listener.hadCanvas.size(), 4u);
+    EXPECT_FALSE(listener.hadCanvas[0]) << "key changes come without a canvas";
+
+    knob->setValue(0.95f);
+    knob->onKeyDown(key(kVirtualKeyUp));
+    knob->onKeyDown(key(kVirtualKeyUp));
+    EXPECT_EQ(knob->getValue(), 1.0f);
+    EXPECT_EQ(listener.values.size(), 5u) << "no report when the value is stuck at the end";
+}
+
+TEST_F(RotaryKnobTest, WheelStepsScaleWithDistanceAndShift) {
+    knob->setValue(0.5f);
+    window->wheel(Point{120, 60}, 2.0f);
+    EXPECT_NEAR(knob->getValue(), 0.7f, 1e-5);
+    window->wheel(Point{120, 60}, -1.0f, kShiftKey);
+    EXPECT_NEAR(knob->getValue(), 0.69f, 1e-5);
+    knob->setMouseEnabled(false);
+    EXPECT_FALSE(knob->onWheel(nullptr, Point{}, 1.0f));
+    EXPECT_NEAR(knob->getValue(), 0.69f, 1e-5);
+}
+
+TEST_F(RotaryKnobTest, ValueToPointPutsTheEndsAtLowerLeftAndLowerRight) {
+    const double reach = 20 - knob->getInset();
+    auto expected = [&](double degrees) {
+        double a = degrees * kPi / 180.0;
+        return Point{static_cast<int>(20 + std::cos(a) * reach + 0.5), static_cast<int>(20 - std::sin(a) * reach + 0.5)};
+    };
+    struct Case {
+        float value;
+        double degrees;
+    };
+    for (Case c : {Case{0.0f, 225.0}, Case{0.5f, 90.0}, Case{1.0f, -45.0}, Case{1.0f / 3.0f, 135.0}}) {
+        knob->setValue(c.value);
+        Point p;
+        knob->valueToPoint(p);
+        EXPECT_EQ(p, expected(c.degrees)) << c.value;
+        // And back again, up to the rounding of the point.
+        EXPECT_NEAR(knob->valueFromPoint(p), c.value, 0.03) << c.value;
+    }
+}
+
+TEST_F(RotaryKnobTest, HandleIsDrawnFromTheCentreTowardsTheValueWithItsShadow) {
+    knob->setValue(0.5f);  // straight up
+    window->paint();
+    // Handle: x 120 from y 60 up to (not including) y 43; shadow one pixel right and down.
+    EXPECT_EQ(window->pixel(120, 50), rgb(255, 255, 255));
+    EXPECT_EQ(window->pixel(121, 51), rgb(127, 127, 127));
+    EXPECT_EQ(window->pixel(119, 50), 0u);
+    EXPECT_EQ(knob->getInset(), 3);
+    BitmapResource* handle = testing::makeBitmap(7, 7, [](int, int) { return 0u; });
+    knob->setHandleBitmap(handle);
+    EXPECT_EQ(knob->getInset(), 6);  // 7 / 2 + 2.5, rounded down
+    handle->release();
+}
+
+TEST_F(RotaryKnobTest, FilmStripShowsTheFrameForTheValueAndTheLastFrameAtOne) {
+    // 128 frames of 22 pixels; frame k is filled with red k, green 1.
+    BitmapResource* strip = testing::makeBitmap(22, 128 * 22, [](int, int y) { return rgb(y / 22, 1, 0); });
+    FilmStripKnob* film = add(new FilmStripKnob(Rect{10, 10, 32, 32}, &listener, 1, 128, 22, strip, Point{}));
+    strip->release();
+    auto shownFrame = [&](float value) {
+        film->setValue(value);
+        frame->redrawView(film);
+        return static_cast<int>(window->pixel(20, 20) >> 16);
+    };
+    EXPECT_EQ(shownFrame(1.0f), 127);
+    EXPECT_EQ(shownFrame(0.0f), 0);
+    EXPECT_EQ(shownFrame(0.5f), 63);           // 127 * 22 * 0.5 = 1397 -> frame 63
+    EXPECT_EQ(shownFrame(0.999f), 126);        // 2791.2 -> 2791 -> frame 126
+    EXPECT_EQ(shownFrame(0.25f), 31);          // 698.5 -> 698 -> frame 31
+    EXPECT_FALSE(film->isDirty());
+}
+
+}  // namespace
+}  // namespace tolvane
