@@ -60,7 +60,7 @@ TEST(DelayLine, ReadsConstantsAndRampsExactly) {
         rig.render(80);
         const double d = std::clamp(rig.delaySamples(), 3.0, 2000.0);
         for (int n = static_cast<int>(d) + 2; n < 5120; ++n)
-            ASSERT_NEAR(rig.out[static_cast<std::size_t>(n)], slope * (n - d + 0.5), 2e-4) << "delay " << wanted << " sample " << n;
+            ASSERT_NEAR(rig.out[static_cast<std::size_t>(n)], slope * (n - d + 0.5), 1e-5) << "delay " << wanted << " sample " << n;
     }
 
     DelayRig constant(48000.0f);
@@ -90,11 +90,11 @@ TEST(DelayLine, ReadHeadGlidesToANewDelay) {
         const double headSpeed = std::max(0.0, ((10 * b + b - after) - (10 * b - before)) / b);
         for (int k = 1; k < b; ++k) {
             const std::size_t n = static_cast<std::size_t>(10 * b + k);
-            ASSERT_NEAR(rig.out[n] - rig.out[n - 1], slope * headSpeed, 2e-5) << c.from << " -> " << c.to << " k " << k;
+            ASSERT_NEAR(rig.out[n] - rig.out[n - 1], slope * headSpeed, 2e-6) << c.from << " -> " << c.to << " k " << k;
         }
-        EXPECT_NEAR(rig.out[10 * b], slope * (10 * b - before + 0.5), 2e-4) << "the glide starts where the head stopped";
+        EXPECT_NEAR(rig.out[10 * b], slope * (10 * b - before + 0.5), 1e-5) << "the glide starts where the head stopped";
         for (int n = 11 * b; n < 20 * b; ++n)
-            ASSERT_NEAR(rig.out[static_cast<std::size_t>(n)], slope * (n - after + 0.5), 2e-4) << c.from << " -> " << c.to;
+            ASSERT_NEAR(rig.out[static_cast<std::size_t>(n)], slope * (n - after + 0.5), 1e-5) << c.from << " -> " << c.to;
     }
 }
 
