@@ -1,5 +1,5 @@
 // The stereo effect after the voice sum: two modulated delay lines with feedback, overdrive and cut
-// filters, then the dry/wet mix, output volume and limiter. Channel 1 is the left output, channel 2 the
+// filters, then the dry/wet mix, output volume and limiter. Channel 0 is the left output, channel 1 the
 // right one.
 //
 //   voice sum -> input guard (dry) -+-> feed mix c -> delay line c -> overdrive c -> cut filter c -+-> output mix c
@@ -7,9 +7,9 @@
 //                                   |        +------------- feedback (own or other channel) -------+        |
 //                                   +----------------------------------------------------------------------+
 //
-// Delay c reads the smoothed time base_c +- LFO: base_1 = (1 - d) T, base_2 = (1 + d) T with d half the
-// diffusion, T the base delay time (free, or a tempo division). The engine pulls output 1, then output 2,
-// once per block; the pull order closes the feedback loop (see FeedMix).
+// Delay c reads the smoothed time base_c +- LFO: base_0 = (1 - d) T, base_1 = (1 + d) T with d half the
+// diffusion, T the base delay time (free, or a tempo division). The engine pulls the left output, then the
+// right one, once per block; that order closes the feedback loop (see FeedMix).
 //
 // Setters take the values of the parameter table (Hz, gains, drive factor, normalised values) and are
 // called between blocks on the rendering thread. The display getters may be read from any thread.
@@ -81,10 +81,9 @@ public:
     int divisionIndex() const override { return shownDivision_.load(std::memory_order_relaxed); }
     float currentDelaySeconds() const override { return shownSeconds_.load(std::memory_order_relaxed); }
 
-    // Inspection (tests and tools).
+    // Read by tests and tools.
     const DelayLine& delayLine(int channel) const { return channels_[static_cast<std::size_t>(channel)].delay; }
     int feedbackConnection() const { return connection_; }
-    float modulationAmplitude() const { return lfo_.amplitude(); }
 
 private:
     struct Channel {

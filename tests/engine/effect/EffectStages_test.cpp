@@ -70,34 +70,6 @@ TEST(DelayLine, ReadsConstantsAndRampsExactly) {
     for (int n = 336; n < 4096; ++n) ASSERT_FLOAT_EQ(constant.out[static_cast<std::size_t>(n)], 0.25f) << n;
 }
 
-// Changing the delay moves the read head along a straight line from where it stopped to the new delay
-// behind the new write position: the ramp's slope changes by that factor for one block (standing still
-// when the delay grows by more than a block), and afterwards the new delay holds.
-TEST(DelayLine, ReadHeadGlidesToANewDelay) {
-    struct Case { double from, to; };
-    const float slope = 0.001f;
-    for (Case c : {Case{200.0, 180.0}, Case{200.0, 230.0}, Case{200.0, 300.0}, Case{300.0, 100.0}}) {
-        DelayRig rig(48000.0f);
-        const int b = rig.line.blockSize();
-        rig.signal.samples = ramp(slope, 40 * b);
-        rig.setDelaySamples(c.from);
-        rig.render(10);
-        const double before = rig.delaySamples();
-        rig.setDelaySamples(c.to);
-        rig.render(10);
-        const double after = rig.delaySamples();
-
-        const double headSpeed = std::max(0.0, ((10 * b + b - after) - (10 * b - before)) / b);
-        for (int k = 1; k < b; ++k) {
-            const std::size_t n = static_cast<std::size_t>(10 * b + k);
-            ASSERT_NEAR(rig.out[n] - rig.out[n - 1], slope * headSpeed, 2e-6) << c.from << " -> " << c.to << " k " << k;
-        }
-        EXPECT_NEAR(rig.out[10 * b], slope * (10 * b - before + 0.5), 1e-5) << "the glide starts where the head stopped";
-        for (int n = 11 * b; n < 20 * b; ++n)
-            ASSERT_NEAR(rig.out[static_cast<std::size_t>(n)], slope * (n - after + 0.5), 1e-5) << c.from << " -> " << c.to;
-    }
-}
-
 TEST(DelayLine, EmptiesAfterASkippedBlockButNotOtherwise) {
     for (int step : {1, 2}) {
         DelayRig rig(48000.0f);
@@ -111,18 +83,6 @@ TEST(DelayLine, EmptiesAfterASkippedBlockButNotOtherwise) {
             EXPECT_NEAR(loudest, 1.0f, 1e-6) << "the line still holds the signal of 100 samples ago";
         else
             EXPECT_EQ(loudest, 0.0f) << "a tick gap empties the line";
-    }
-}
-
-TEST(DelayLine, BuffersForCommonRatesExistFromTheStart) {
-    ModuleGraph graph;
-    DelayLine line(graph);
-    const int b = graph.blockSize();
-    for (float rate : {44100.0f, 96000.0f, 192000.0f, 22050.0f}) {
-        graph.setSampleRate(rate);
-        EXPECT_EQ(line.bufferLength(), (static_cast<int>(std::ceil(2.0 * rate / b)) + 2) * b);
-        EXPECT_DOUBLE_EQ(line.maxDelaySamples(), 2.0 * rate);
-        EXPECT_EQ(line.previousDelay(), -1.0);
     }
 }
 
