@@ -1,0 +1,18 @@
+#include "engine/sound/WaveGenerator.h"
+
+#include "engine/framework/ModuleGraph.h"
+
+namespace tolvane {
+
+WaveGenerator::WaveGenerator(ModuleGraph& graph, int numInputs)
+    : DspModule(graph, OutputKind::Block, numInputs), phase_(graph.random().unipolar()) {}
+
+void WaveGenerator::update(int tick) {
+    if (tick == lastTick_) return;
+    if (tick != lastTick_ + 1) resetInterpolation();
+    lastTick_ = tick;
+    updateInputs(tick);
+    compute();
+}
+
+}  // namespace tolvane

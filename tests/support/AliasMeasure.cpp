@@ -1,0 +1,104 @@
+#include "support/AliasMeasure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "engine/framework/ModuleGraph.h"
+#include "engine/framework/PolyModule.h"
+#include "engine/framework/ValueSource.h"
+#include "engine/sound/WaveGenerator.h"
+
+namespace tolvane {
+namespace measure {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+// Half the width of the window's main lobe, in bins, plus one bin of margin.
+constexpr int kLobeBins = 5;
+
+double blackmanHarris(int n, int size) {
+    double x = 2.0 * kPi * n / (size - 1);
+    return 0.35875 - 0.48829 * std::cos(x) + 0.14128 * std::cos(2 * x) - 0.01168 * std::cos(3 * x);
+}
+
+}  // namespace
+
+void fft(std::vector<std::complex<double>>& x) {
+    const std::size_t n = x.size();
+    for (std::size_t i = 1, j = 0; i < n; ++i) {
+        std::size_t bit = n >> 1;
+        for (; j & bit; bit >>= 1) j ^= bit;
+        j ^= bit;
+        if (i < j) std::swap(x[i], x[j]);
+    }
+    for (std::size_t length = 2; length <= n; length <<= 1) {
+        const std::complex<double> step = std::polar(1.0, -2.0 * kPi / static_cast<double>(length));
+        for (std::size_t start = 0; start < n; start += length) {
+            std::complex<double> w = 1.0;
+            for (std::size_t k = 0; k < length / 2; ++k) {
+                std::complex<double> even = x[start + k];
+                std::complex<double> odd = x[start + k + length / 2] * w;
+                x[start + k] = even + odd;
+                x[start + k + length / 2] = even - odd;
+                w *= step;
+            }
+        }
+    }
+}
+
+double AliasMeasurement::ratioDb() const { return 10.0 * std::log10(aliasEnergy / signalEnergy); }
+
+AliasMeasurement measureAliasing(int waveformIndex, const SweepSettings& s) {
+    ModuleGraph graph;
+    graph.setSampleRate(static_cast<float>(s.sampleRate));
+    Poly<ValueSource> frequency(graph, 0, kRuleFromInputs, 0.0f);
+    Poly<ValueSource> width(graph, 0, kRuleFromInputs, s.pulseWidth);
+    std::unique_ptr<PolyModule> generator = makeGeneratorContainer(graph, GeneratorMode::Plain, waveformIndex);
+    generator->connectInput(&frequency, WaveGenerator::kFrequency);
+    if (readsPulseWidth(waveformIndex)) generator->connectInput(&width, WaveGenerator::kPulseWidth);
+    DspModule& unit = *generator->instance(0);
+
+    // Render: the fundamental of each block follows the exponential sweep.
+    const int block = graph.blockSize();
+    const int blocks = static_cast<int>(s.seconds * s.sampleRate) / block;
+    std::vector<float> audio(static_cast<std::size_t>(blocks) * block);
+    std::vector<double> fundamental(audio.size());
+    for (int b = 0; b < blocks; ++b) {
+        double t = static_cast<double>(b) * block / s.sampleRate;
+        double hz = s.startHz * std::pow(s.endHz / s.startHz, t / s.seconds);
+        frequency.at(0).set(static_cast<float>(hz / s.sampleRate));
+        unit.update(b);
+        for (int n = 0; n < block; ++n) {
+            audio[static_cast<std::size_t>(b * block + n)] = unit.block()[n];
+            fundamental[static_cast<std::size_t>(b * block + n)] = hz;
+        }
+    }
+
+    // Analyse frame by frame.
+    AliasMeasurement result;
+    const double binHz = s.sampleRate / s.frame;
+    const double nyquist = 0.5 * s.sampleRate;
+    const double lobe = kLobeBins * binHz;
+    std::vector<std::complex<double>> spectrum(static_cast<std::size_t>(s.frame));
+    for (std::size_t start = 0; start + static_cast<std::size_t>(s.frame) <= audio.size(); start += static_cast<std::size_t>(s.hop)) {
+        double lowest = fundamental[start];
+        double highest = fundamental[start + static_cast<std::size_t>(s.frame) - 1];
+        for (int n = 0; n < s.frame; ++n)
+            spectrum[static_cast<std::size_t>(n)] = audio[start + static_cast<std::size_t>(n)] * blackmanHarris(n, s.frame);
+        fft(spectrum);
+        for (int k = 0; k <= s.frame / 2; ++k) {
+            double hz = k * binHz;
+            if (hz < lobe) continue;  // DC is neither signal nor alias
+            double energy = std::norm(spectrum[static_cast<std::size_t>(k)]);
+            bool harmonic = false;
+            for (int h = 1; h * lowest - lobe <= nyquist && !harmonic; ++h)
+                harmonic = hz >= h * lowest - lobe && hz <= h * highest + lobe;
+            (harmonic ? result.signalEnergy : result.aliasEnergy) += energy;
+        }
+    }
+    return result;
+}
+
+}  // namespace measure
+}  // namespace tolvane
