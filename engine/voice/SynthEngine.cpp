@@ -127,6 +127,21 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
     for (int ch = 0; ch < 4; ++ch)
         controls_.mixerLevel[static_cast<std::size_t>(ch)] = &mixer_[static_cast<std::size_t>(ch)]->control;
     controls_.ampGain = &ampGain_;
+
+    // The audio path of a voice: two oscillators, the mixer with ring modulator and noise, the filter, the
+    // amplifier summing the voices, and the effect unit producing the two outputs.
+    osc1_ = std::make_unique<OscillatorSection>(allocator, OscillatorRole::Osc1, &osc1Frequency_, &osc1PulseWidth_);
+    osc2_ = std::make_unique<OscillatorSection>(allocator, OscillatorRole::Osc2, &osc2Frequency_, &osc2PulseWidth_,
+                                                &fmDepth_);
+    linkOscillators(*osc1_, *osc2_);
+    mixerSection_ = std::make_unique<MixerSection>(
+        allocator, *osc1_, *osc2_,
+        std::array<PolyModule*, Mixer::kChannels>{&mixer_[0]->control, &mixer_[1]->control, &mixer_[2]->control,
+                                                  &mixer_[3]->control});
+    filter_ = std::make_unique<FilterSection>(allocator, mixerSection_->output(), &cutoff_, &resonance_, &saturation_);
+    amp_ = std::make_unique<AmpSection>(allocator, &ampGain_, filter_->output());
+    filter_->connectOutputTo(amp_->output(), AmpSection::kAudioInput);
+    effect_ = std::make_unique<EffectUnit>(allocator, amp_->output(), mappings.delayTime);
 }
 
 SynthEngine::~SynthEngine() = default;
@@ -171,23 +186,22 @@ void SynthEngine::resetControls(int tick) {
 
 void SynthEngine::render(int tick) {
     updateControls(tick);
-    left_.fill(0.0f);
-    right_.fill(0.0f);
+    // Pulling the effect's outputs pulls the voice sum, and through it every audible voice.
+    effect_->update(tick);
 }
 
 void SynthEngine::reset(int tick) {
     resetControls(tick);
-    left_.fill(0.0f);
-    right_.fill(0.0f);
+    effect_->reset(tick);
 }
 
-const float* SynthEngine::left() const { return left_.data(); }
-const float* SynthEngine::right() const { return right_.data(); }
+const float* SynthEngine::left() const { return effect_->left(); }
+const float* SynthEngine::right() const { return effect_->right(); }
 
 void SynthEngine::setTempo(float bpm) {
-    // The effect unit's delay sync takes the tempo as well once it is built.
     lfo1_.setTempo(bpm);
     lfo2_.setTempo(bpm);
+    effect_->setTempo(bpm);
 }
 
 // Oscillators.
@@ -282,27 +296,25 @@ void SynthEngine::setSlotSource(int slot, int index) { slots_.setSource(slot, in
 void SynthEngine::setSlotSensSource(int slot, int index) { slots_.setSensSource(slot, index); }
 void SynthEngine::setSlotDestination(int slot, int index) { slots_.setDestination(slot, index); }
 
-// The audio sections' own settings: oscillator waveform and sync, noise colour, filter on/type/curve,
-// the effect unit and the output volume. They are wired to their sections when those are assembled
-// into the engine.
-void SynthEngine::setOscWaveform(int /*osc*/, int /*index*/) {}
-void SynthEngine::setOsc1Sync(bool /*on*/) {}
-void SynthEngine::setNoiseColor(float /*hz*/) {}
-void SynthEngine::setFilterOn(bool /*on*/) {}
-void SynthEngine::setFilterType(int /*index*/) {}
-void SynthEngine::setSaturationCurve(int /*index*/) {}
-void SynthEngine::setEffectOn(bool /*on*/) {}
-void SynthEngine::setDelayTempoSync(bool /*on*/) {}
-void SynthEngine::setEffectMix(float /*value*/) {}
-void SynthEngine::setEffectDelayTime(float /*value*/) {}
-void SynthEngine::setEffectDiffusion(float /*value*/) {}
-void SynthEngine::setEffectFeedback(float /*gain*/) {}
-void SynthEngine::setEffectFeedbackConnection(int /*value*/) {}
-void SynthEngine::setEffectOverdrive(float /*drive*/) {}
-void SynthEngine::setEffectLowCut(float /*hz*/) {}
-void SynthEngine::setEffectHighCut(float /*hz*/) {}
-void SynthEngine::setEffectModSpeed(float /*hz*/) {}
-void SynthEngine::setEffectModDepth(float /*value*/) {}
-void SynthEngine::setOutputVolume(float /*gain*/) {}
+// The audio sections' own settings.
+void SynthEngine::setOscWaveform(int osc, int index) { oscillator(osc == 0 ? 0 : 1).setWaveform(index); }
+void SynthEngine::setOsc1Sync(bool on) { osc1_->setSync(on); }
+void SynthEngine::setNoiseColor(float hz) { mixerSection_->setNoiseColor(hz); }
+void SynthEngine::setFilterOn(bool on) { filter_->setOn(on); }
+void SynthEngine::setFilterType(int index) { filter_->setType(index); }
+void SynthEngine::setSaturationCurve(int index) { filter_->setCurve(index); }
+void SynthEngine::setEffectOn(bool on) { effect_->setEffectOn(on); }
+void SynthEngine::setDelayTempoSync(bool on) { effect_->setTempoSync(on); }
+void SynthEngine::setEffectMix(float value) { effect_->setMix(value); }
+void SynthEngine::setEffectDelayTime(float value) { effect_->setDelayTime(value); }
+void SynthEngine::setEffectDiffusion(float value) { effect_->setDiffusion(value); }
+void SynthEngine::setEffectFeedback(float gain) { effect_->setFeedback(gain); }
+void SynthEngine::setEffectFeedbackConnection(int value) { effect_->setFeedbackConnection(value); }
+void SynthEngine::setEffectOverdrive(float drive) { effect_->setDrive(drive); }
+void SynthEngine::setEffectLowCut(float hz) { effect_->setLowCut(hz); }
+void SynthEngine::setEffectHighCut(float hz) { effect_->setHighCut(hz); }
+void SynthEngine::setEffectModSpeed(float hz) { effect_->setModSpeed(hz); }
+void SynthEngine::setEffectModDepth(float value) { effect_->setModDepth(value); }
+void SynthEngine::setOutputVolume(float gain) { effect_->setOutputVolume(gain); }
 
 }  // namespace tolvane

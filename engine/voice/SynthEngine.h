@@ -21,6 +21,11 @@
 #include "engine/voice/NoteSources.h"
 #include "engine/voice/PitchUnit.h"
 #include "engine/voice/Portamento.h"
+#include "engine/sound/AmpSection.h"
+#include "engine/sound/FilterSection.h"
+#include "engine/sound/MixerSection.h"
+#include "engine/sound/OscillatorSection.h"
+#include "engine/effect/EffectUnit.h"
 #include "params/Mappings.h"
 #include "params/ParameterIds.h"
 
@@ -84,6 +89,12 @@ public:
     void resetControls(int tick);
 
     const ControlTargets& controls() const { return controls_; }
+    // The audio sections (units 12 to 17).
+    OscillatorSection& oscillator(int osc) { return osc == 0 ? *osc1_ : *osc2_; }
+    MixerSection& mixerSection() { return *mixerSection_; }
+    FilterSection& filter() { return *filter_; }
+    AmpSection& amp() { return *amp_; }
+    EffectUnit& effect() { return *effect_; }
     Envelope& envelope(int env) { return env == 0 ? env1_ : env2_; }
     Lfo& lfo(int lfo) { return lfo == 0 ? lfo1_ : lfo2_; }
     const Lfo& lfo(int lfo) const { return lfo == 0 ? lfo1_ : lfo2_; }
@@ -233,8 +244,13 @@ private:
     int ampConnection_ = 0;
 
     ControlTargets controls_;
-    std::array<float, kBlockSize> left_{};
-    std::array<float, kBlockSize> right_{};
+    // Units 12 to 17: the voice's audio path and the effect after the voice sum.
+    std::unique_ptr<OscillatorSection> osc1_;
+    std::unique_ptr<OscillatorSection> osc2_;
+    std::unique_ptr<MixerSection> mixerSection_;
+    std::unique_ptr<FilterSection> filter_;
+    std::unique_ptr<AmpSection> amp_;
+    std::unique_ptr<EffectUnit> effect_;
 };
 
 }  // namespace tolvane
