@@ -1,0 +1,157 @@
+// What a musician hears, measured on audio rendered through the plug-in's effect record.
+#include <cmath>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "engine/voice/SynthEngine.h"
+#include "support/AudioAnalysis.h"
+#include "support/HostSession.h"
+#include "support/PluginFixture.h"
+
+namespace tolvane {
+namespace {
+
+using testing::cents;
+using testing::PluginFixture;
+using testing::renderSession;
+using testing::TimedMidi;
+
+constexpr double kRate = 44100.0;
+
+// The init sound: one middle-quality sine, filter wide open, effect dry; drift switched off.
+void sinePatch(PluginFixture& f) {
+    f.dispatch(vst2::effSetProgram, 0, 64);
+    f.effect->setParameter(f.effect, param::VoiceDetune, 0.0f);
+}
+
+TEST(PlayedSound, NotesPlayAtTheirPitch) {
+    struct Case {
+        int note;
+        int bend;  // 14-bit value, 8192 = centre
+        double hz;
+    } cases[] = {
+        {69, 8192, 440.0},
+        {81, 8192, 880.0},
+        {57, 8192, 220.0},
+        {69, 16383, 440.0 * std::pow(2.0, 2.0 * 8191.0 / 8192.0 / 12.0)},  // range 2, fully up
+        {69, 0, 440.0 * std::pow(2.0, -2.0 / 12.0)},
+    };
+    for (const Case& c : cases) {
+        PluginFixture f;
+        sinePatch(f);
+        std::vector<float> left, right;
+        std::vector<TimedMidi> events = {
+            {0, {0xE0, static_cast<unsigned char>(c.bend & 0x7F), static_cast<unsigned char>(c.bend >> 7)}},
+            {64, {0x90, static_cast<unsigned char>(c.note), 100}},
+        };
+        renderSession(f.effect, events, static_cast<int>(kRate * 1.5), 512, left, right);
+        double hz = testing::zeroCrossingFrequency(left, static_cast<std::size_t>(kRate * 0.5),
+                                                   static_cast<std::size_t>(kRate * 1.5), kRate);
+        EXPECT_NEAR(cents(hz, c.hz), 0.0, 3.0) << "note " << c.note << " bend " << c.bend << ": " << hz << " Hz";
+        EXPECT_GT(testing::rms(left, static_cast<std::size_t>(kRate * 0.5), left.size()), 0.01);
+        EXPECT_EQ(left, right) << "a dry mono voice sounds the same on both sides";
+    }
+}
+
+TEST(PlayedSound, AReleasedNoteFadesToSilenceAndStopsCosting) {
+    PluginFixture f;
+    sinePatch(f);
+    std::vector<float> left, right;
+    std::vector<TimedMidi> events = {{0, {0x90, 60, 100}}, {static_cast<std::int64_t>(kRate * 0.5), {0x80, 60, 0}}};
+    renderSession(f.effect, events, static_cast<int>(kRate * 1.0), 256, left, right);
+    EXPECT_GT(testing::peak(left, 0, static_cast<std::size_t>(kRate * 0.5)), 0.05);
+    // The shortest release is a few milliseconds; a tenth of a second later only the effect's tiny
+    // guard offset remains.
+    EXPECT_LT(testing::peak(left, static_cast<std::size_t>(kRate * 0.6), left.size()), 1e-4);
+    EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 0);
+}
+
+TEST(PlayedSound, OnlyAudibleVoicesAreComputed) {
+    PluginFixture f;
+    sinePatch(f);
+    f.effect->setParameter(f.effect, param::NumberOfVoices, 7.5f / 64.0f);  // 8 voices
+    std::vector<float> left, right;
+    renderSession(f.effect, {{0, {0x90, 60, 100}}}, 4096, 512, left, right);
+    EXPECT_EQ(f.plugin->router().voiceCount(), 8);
+    EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 1);
+}
+
+// Random automation of every parameter and random MIDI, at several sample rates and host block sizes:
+// the output stays finite and within the limiter's bound.
+TEST(PlayedSound, StaysFiniteAndBoundedUnderRandomAbuse) {
+    const double rates[] = {22050.0, 44100.0, 96000.0, 192000.0};
+    const int blocks[] = {1, 7, 64, 100, 4096};
+    std::mt19937 rng(20261122);
+    for (double rate : rates) {
+        for (int block : blocks) {
+            PluginFixture f;
+            f.host.record = false;
+            f.dispatch(vst2::effSetSampleRate, 0, 0, nullptr, static_cast<float>(rate));
+            f.dispatch(vst2::effMainsChanged, 0, 1);
+            int frames = static_cast<int>(rate * 0.25);
+            std::vector<float> left, right;
+            double worst = 0.0;
+            bool finite = true;
+            for (int round = 0; round < 6; ++round) {
+                for (int k = 0; k < 30; ++k)
+                    f.effect->setParameter(f.effect, static_cast<int>(rng() % kNumParameters),
+                                           static_cast<float>(rng() % 1001) / 1000.0f);
+                std::vector<TimedMidi> events;
+                for (int k = 0; k < 12; ++k) {
+                    unsigned char status = static_cast<unsigned char>(0x80 + 0x10 * (rng() % 7));
+                    events.push_back({static_cast<std::int64_t>(rng() % frames),
+                                      {status, static_cast<unsigned char>(rng() % 128),
+                                       static_cast<unsigned char>(rng() % 128)}});
+                }
+                std::sort(events.begin(), events.end(),
+                          [](const TimedMidi& a, const TimedMidi& b) { return a.position < b.position; });
+                renderSession(f.effect, events, frames, block, left, right);
+                for (std::size_t i = 0; i < left.size(); ++i) {
+                    finite = finite && std::isfinite(left[i]) && std::isfinite(right[i]);
+                    worst = std::fmax(worst, std::fmax(std::fabs(left[i]), std::fabs(right[i])));
+                }
+            }
+            EXPECT_TRUE(finite) << rate << " Hz, blocks of " << block;
+            EXPECT_LE(worst, 4.0) << rate << " Hz, blocks of " << block;
+        }
+    }
+}
+
+// Events on multiples of 64 samples land on the engine's block grid whatever the host's buffers.
+TEST(PlayedSound, HostBlockSizeDoesNotChangeTheSound) {
+    std::vector<TimedMidi> events = {
+        {0, {0x90, 60, 100}},     {640, {0x90, 64, 90}},  {1280, {0xE0, 0, 80}},  {3200, {0x80, 60, 0}},
+        {4096, {0xB0, 1, 100}},   {6400, {0x90, 67, 70}}, {9600, {0x80, 64, 0}},  {12800, {0x80, 67, 0}},
+    };
+    std::vector<float> referenceLeft, referenceRight;
+    {
+        PluginFixture f;
+        renderSession(f.effect, events, 16000, 64, referenceLeft, referenceRight);
+    }
+    ASSERT_GT(testing::rms(referenceLeft, 0, referenceLeft.size()), 0.001);
+    for (int block : {1, 7, 100, 512, 4096}) {
+        PluginFixture f;
+        std::vector<float> left, right;
+        renderSession(f.effect, events, 16000, block, left, right);
+        EXPECT_EQ(left, referenceLeft) << "blocks of " << block;
+        EXPECT_EQ(right, referenceRight) << "blocks of " << block;
+    }
+}
+
+TEST(PlayedSound, ProcessAddsAndProcessReplacingOverwrites) {
+    PluginFixture a, b;
+    std::vector<float> l1(256, 0.25f), r1(256, 0.25f), l2(256, 0.25f), r2(256, 0.25f);
+    for (PluginFixture* f : {&a, &b}) f->render(0, {{0x90, 60, 100}});
+    float* out1[2] = {l1.data(), r1.data()};
+    float* out2[2] = {l2.data(), r2.data()};
+    a.effect->process(a.effect, nullptr, out1, 256);
+    b.effect->processReplacing(b.effect, nullptr, out2, 256);
+    for (int i = 0; i < 256; ++i) {
+        EXPECT_FLOAT_EQ(l1[i], l2[i] + 0.25f);
+        EXPECT_FLOAT_EQ(r1[i], r2[i] + 0.25f);
+    }
+}
+
+}  // namespace
+}  // namespace tolvane
