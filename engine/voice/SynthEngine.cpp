@@ -148,21 +148,12 @@ SynthEngine::~SynthEngine() = default;
 
 void SynthEngine::updateControls(int tick) {
     // The modulators run every block for every voice, whether or not anything reads them now, so that
-    // a later connection or a voice becoming audible finds them in their running state.
+    // a later connection or a voice becoming audible finds them in their running state. Everything else
+    // (oscillator, filter and mixer targets) is pulled by the audio units of audible voices only.
     env1_.output().updateInstances(tick);
     env2_.output().updateInstances(tick);
     lfo1_.output().updateInstances(tick);
     lfo2_.output().updateInstances(tick);
-    ampGain_.updateInstances(tick);
-    osc1Frequency_.updateInstances(tick);
-    osc1PulseWidth_.updateInstances(tick);
-    osc2Frequency_.updateInstances(tick);
-    osc2PulseWidth_.updateInstances(tick);
-    fmDepth_.updateInstances(tick);
-    for (auto& ch : mixer_) ch->control.updateInstances(tick);
-    cutoff_.updateInstances(tick);
-    resonance_.updateInstances(tick);
-    saturation_.updateInstances(tick);
 }
 
 void SynthEngine::resetControls(int tick) {

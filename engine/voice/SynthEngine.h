@@ -83,8 +83,8 @@ public:
     const float* left() const;
     const float* right() const;
 
-    // Runs every control target (and through them the modulators they read) for the tick, for every
-    // voice in use. render() calls it until the audio sections pull the targets themselves.
+    // Runs the envelopes and LFOs of every voice in use for the tick; render() calls it before pulling the
+    // audio, whose units pull the control targets of audible voices.
     void updateControls(int tick);
     void resetControls(int tick);
 

@@ -28,6 +28,15 @@ struct EngineRig {
         allocator.beginEvents(0);
         tick += advance;
         engine.render(tick);
+        // The audio units pull the targets of audible voices only; read every voice's targets here.
+        const ControlTargets& t = engine.controls();
+        for (PolyModule* p : {static_cast<PolyModule*>(t.phaseIncrement[0]), static_cast<PolyModule*>(t.phaseIncrement[1]),
+                              static_cast<PolyModule*>(t.pulseWidth[0]), static_cast<PolyModule*>(t.pulseWidth[1]),
+                              static_cast<PolyModule*>(t.fmDepth), static_cast<PolyModule*>(t.cutoff),
+                              static_cast<PolyModule*>(t.resonance), static_cast<PolyModule*>(t.saturationLevel),
+                              static_cast<PolyModule*>(t.ampGain)})
+            p->updateInstances(tick);
+        for (auto* level : t.mixerLevel) level->updateInstances(tick);
     }
     const ControlTargets& c() const { return engine.controls(); }
 };
