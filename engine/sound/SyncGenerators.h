@@ -17,7 +17,8 @@ namespace tolvane {
 
 class SyncGenerator : public PlainGenerator {
 public:
-    SyncGenerator(ModuleGraph& graph, int numInputs) : PlainGenerator(graph, numInputs), master_(graph.random().unipolar()) {}
+    SyncGenerator(ModuleGraph& graph, int numInputs)
+        : PlainGenerator(graph, numInputs), master_(graph.random().unipolar()) {}
 
     float masterPhase() const { return master_; }
     void setMasterPhase(float m) { master_ = m; }

@@ -81,9 +81,10 @@ AliasMeasurement measureAliasing(int waveformIndex, const SweepSettings& s) {
     const double nyquist = 0.5 * s.sampleRate;
     const double lobe = kLobeBins * binHz;
     std::vector<std::complex<double>> spectrum(static_cast<std::size_t>(s.frame));
-    for (std::size_t start = 0; start + static_cast<std::size_t>(s.frame) <= audio.size(); start += static_cast<std::size_t>(s.hop)) {
+    const auto frame = static_cast<std::size_t>(s.frame);
+    for (std::size_t start = 0; start + frame <= audio.size(); start += static_cast<std::size_t>(s.hop)) {
         double lowest = fundamental[start];
-        double highest = fundamental[start + static_cast<std::size_t>(s.frame) - 1];
+        double highest = fundamental[start + frame - 1];
         for (int n = 0; n < s.frame; ++n)
             spectrum[static_cast<std::size_t>(n)] = audio[start + static_cast<std::size_t>(n)] * blackmanHarris(n, s.frame);
         fft(spectrum);

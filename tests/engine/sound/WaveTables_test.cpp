@@ -8,122 +8,74 @@
 namespace tolvane {
 namespace {
 
-// A residual at t samples after the discontinuity.
 float at(const ResidualTable& table, double t) { return table.lookup(static_cast<float>(t * 256.0)); }
 
-TEST(ResidualTables, StepResidualHasTheShapeOfATaperedBandLimitedStep) {
-    const StepResidualTable& r = stepResidualTable();
-    EXPECT_FLOAT_EQ(r.value[0], -0.5f);
-    EXPECT_NEAR(r.slope[0] * 256.0f, 1.0f, 1e-3) << "unit slope per sample at the step";
-
-    // Values of Si(pi t)/pi - 0.5 after the taper; the taper may move them a little.
-    struct Point { double t, value; } points[] = {{0.5, -0.063308}, {1.0, 0.087457}, {2.0, -0.044310},
-                                                  {4.0, -0.017238}, {8.0, -0.002628}};
-    for (const Point& p : points) EXPECT_NEAR(at(r, p.t), p.value, 1.5e-3) << "t = " << p.t;
-
-    // The kernel is a sinc with its cut-off at half the sample rate: its zeros at whole samples make R
-    // turn there, alternately a maximum and a minimum.
-    for (int k = 1; k < 15; ++k) {
-        int i = 256 * k;
-        bool turn = (r.slope[i - 1] > 0.0f) != (r.slope[i] > 0.0f) || std::fabs(r.slope[i]) < 2e-7f;
-        EXPECT_TRUE(turn) << "whole sample " << k;
-    }
-    // It ends at 0, and the last slope leads to 0.
-    EXPECT_NEAR(r.value[4095], 0.0f, 1e-6);
-    EXPECT_FLOAT_EQ(r.slope[4095], -r.value[4095]);
-}
-
-TEST(ResidualTables, RampResidualIsTheRunningIntegralOfTheStepResidual) {
+TEST(ResidualTables, StepResidualIsATaperedBandLimitedStepAndRampResidualItsIntegral) {
     const StepResidualTable& r = stepResidualTable();
     const RampResidualTable& q = rampResidualTable();
-    const double kInversePiSquared = 1.0 / (M_PI * M_PI);
-    EXPECT_NEAR(q.value[0], kInversePiSquared, 1e-3);
-    EXPECT_NEAR(at(q, 0.5), -0.031654, 1e-3);
-    EXPECT_NEAR(at(q, 1.0), -0.011563, 1e-3);
-    EXPECT_NEAR(at(q, 4.0), 0.000826, 1e-3);
-    EXPECT_NEAR(q.value[4095], 0.0f, 1e-7);
-    EXPECT_FLOAT_EQ(q.slope[4095], -q.value[4095]);
+    EXPECT_FLOAT_EQ(r.value[0], -0.5f);
+    EXPECT_NEAR(r.slope[0] * 256.0f, 1.0f, 1e-3) << "unit slope per sample at the step";
+    // Si(pi t)/pi - 0.5 after the taper, which may move the values a little.
+    const double step[][2] = {{0.5, -0.063308}, {1, 0.087457}, {2, -0.044310}, {4, -0.017238}, {8, -0.002628}};
+    for (const auto& p : step) EXPECT_NEAR(at(r, p[0]), p[1], 1.5e-3) << "R at " << p[0];
+    const double ramp[][2] = {{0, 1.0 / (M_PI * M_PI)}, {0.5, -0.031654}, {1, -0.011563}, {4, 0.000826}};
+    for (const auto& p : ramp) EXPECT_NEAR(at(q, p[0]), p[1], 1e-3) << "Q at " << p[0];
 
-    // Slope of Q per sample = R, everywhere along the table.
-    for (int i = 0; i < 4095; i += 37) {
-        double slopePerSample = 256.0 * (q.value[i + 1] - q.value[i]);
-        double midpoint = 0.5 * (r.value[i] + r.value[i + 1]);
-        EXPECT_NEAR(slopePerSample, midpoint, 2e-4) << "point " << i;
+    // The kernel is a sinc cut off at half the sample rate: its zeros make R turn at whole samples.
+    for (int i = 256; i < 15 * 256; i += 256)
+        EXPECT_TRUE((r.slope[i - 1] > 0.0f) != (r.slope[i] > 0.0f) || std::fabs(r.slope[i]) < 2e-7f) << i / 256;
+    // Q's slope per sample is R.
+    for (int i = 0; i < 4095; i += 37) EXPECT_NEAR(256.0 * q.slope[i], 0.5 * (r.value[i] + r.value[i + 1]), 2e-4) << i;
+    // Both end at 0 and their last slope leads there.
+    for (const ResidualTable* t : {static_cast<const ResidualTable*>(&r), static_cast<const ResidualTable*>(&q)}) {
+        EXPECT_NEAR(t->value[4095], 0.0f, 1e-6);
+        EXPECT_FLOAT_EQ(t->slope[4095], -t->value[4095]);
     }
-    // The minimum lies a little after half a sample.
-    int lowest = 0;
-    for (int i = 1; i < 512; ++i)
-        if (q.value[i] < q.value[lowest]) lowest = i;
-    EXPECT_NEAR(lowest / 256.0, 0.609, 0.02);
-    EXPECT_NEAR(q.value[lowest], -0.034977, 5e-4);
 }
 
-// Cosine and sine amplitudes of harmonic k of a table, by a direct DFT.
-void harmonic(const PeriodicTable& t, int k, double& cosine, double& sine) {
-    cosine = sine = 0.0;
+// Cosine or sine amplitude of harmonic k of a table, by a direct DFT.
+double harmonic(const PeriodicTable& t, int k, bool sine) {
+    double sum = 0.0;
     for (int i = 0; i < t.size(); ++i) {
         double x = 2.0 * M_PI * k * i / t.size();
-        cosine += t.values()[i] * std::cos(x);
-        sine += t.values()[i] * std::sin(x);
+        sum += t.values()[i] * (sine ? std::sin(x) : std::cos(x));
     }
-    cosine *= 2.0 / t.size();
-    sine *= 2.0 / t.size();
+    return 2.0 * sum / t.size();
 }
 
-TEST(WaveTables, SawTablesHoldExactlyTheirHarmonics) {
-    const SawTableSet& set = sawTableSet();
-    for (int h = 1; h <= 8; ++h) {
-        const PeriodicTable& t = set.forHarmonics(h);
+TEST(WaveTables, EachTableHoldsExactlyItsHarmonics) {
+    for (int h = 1; h <= 8; ++h) {  // the Fourier series of 0.5 - p, cut after h harmonics
+        const PeriodicTable& t = sawTableSet().forHarmonics(h);
         ASSERT_EQ(t.size(), 1252);
-        EXPECT_NEAR(t.values()[0], 0.0f, 1e-7);
         for (int k = 1; k <= 12; ++k) {
-            double c, s;
-            harmonic(t, k, c, s);
-            double expected = k <= h ? 1.0 / (M_PI * k) : 0.0;  // the Fourier series of 0.5 - p
-            EXPECT_NEAR(s, expected, 1e-6) << "table " << h << " harmonic " << k;
-            EXPECT_NEAR(c, 0.0, 1e-6);
+            EXPECT_NEAR(harmonic(t, k, true), k <= h ? 1.0 / (M_PI * k) : 0.0, 1e-6) << "saw " << h << " harmonic " << k;
+            EXPECT_NEAR(harmonic(t, k, false), 0.0, 1e-6);
         }
     }
-    const PeriodicTable& one = set.forHarmonics(1);
-    for (int i = 0; i < 1252; i += 97) EXPECT_NEAR(one.values()[i], 0.3183099 * std::sin(2 * M_PI * i / 1252), 1e-7);
-}
-
-TEST(WaveTables, TriangleTablesHoldTheOddHarmonicsUpToTheirEntry) {
-    const TriangleTableSet& set = triangleTableSet();
-    for (int j = 0; j < 8; ++j) {
-        const PeriodicTable& t = set.entry(j);
+    for (int j = 0; j < 8; ++j) {  // odd cosines 4 / (3 pi k^2) up to 2j + 1
+        const PeriodicTable& t = triangleTableSet().entry(j);
         ASSERT_EQ(t.size(), 728);
         for (int k = 1; k <= 18; ++k) {
-            double c, s;
-            harmonic(t, k, c, s);
             double expected = (k % 2 == 1 && k <= 2 * j + 1) ? 4.0 / (3.0 * M_PI * k * k) : 0.0;
-            EXPECT_NEAR(c, expected, 1e-6) << "entry " << j << " harmonic " << k;
-            EXPECT_NEAR(s, 0.0, 1e-6);
+            EXPECT_NEAR(harmonic(t, k, false), expected, 1e-6) << "triangle " << j << " harmonic " << k;
+            EXPECT_NEAR(harmonic(t, k, true), 0.0, 1e-6);
         }
     }
-    EXPECT_FLOAT_EQ(set.entry(0).values()[0], 0.4244132f);
-    // Adding harmonics brings the peak toward pi / 6.
-    EXPECT_GT(set.entry(7).values()[0], 0.51f);
-    EXPECT_LT(set.entry(7).values()[0], static_cast<float>(M_PI / 6.0));
+    EXPECT_FLOAT_EQ(triangleTableSet().entry(0).values()[0], 0.4244132f);
+    EXPECT_NEAR(sawTableSet().forHarmonics(8).values()[0], 0.0f, 1e-7);
 }
 
-TEST(WaveTables, LookupsInterpolateAndWrapToTheStartOfTheCycle) {
+TEST(WaveTables, LookupsInterpolateAndTheLastPointLeadsBackToTheFirst) {
     const PeriodicTable& t = triangleTableSet().entry(2);
     const int n = t.size();
     const float* v = t.values();
-    // Between the last point and the first: half way toward value[0].
-    float p = (static_cast<float>(n) - 0.5f) / static_cast<float>(n);
-    EXPECT_NEAR(t.lookup(p), 0.5f * (v[n - 1] + v[0]), 1e-6);
-    EXPECT_FLOAT_EQ(t.slopes()[n - 1], v[0] - v[n - 1]);
-    // Exact points, a fractional point, and a phase that rounded up to 1.
-    EXPECT_FLOAT_EQ(t.lookup(0.0f), v[0]);
+    EXPECT_NEAR(t.lookup((n - 0.5f) / n), 0.5f * (v[n - 1] + v[0]), 1e-6);
     EXPECT_NEAR(t.lookup(100.25f / n), 0.75f * v[100] + 0.25f * v[101], 1e-6);
-    EXPECT_FLOAT_EQ(t.lookup(1.0f), v[0]);
-    // Far from the points the interpolated table follows the closed form closely.
-    for (float q = 0.0f; q < 1.0f; q += 0.0173f) {
-        double expected = 0.0;
-        for (int k = 1; k <= 5; k += 2) expected += std::cos(2 * M_PI * k * q) / (k * k);
-        EXPECT_NEAR(t.lookup(q), expected * 4.0 / (3.0 * M_PI), 2e-4);
+    EXPECT_FLOAT_EQ(t.lookup(1.0f), v[0]) << "a phase that rounded up to 1 reads the start of the cycle";
+    for (float p = 0.0f; p < 1.0f; p += 0.0173f) {
+        double sum = std::cos(2 * M_PI * p) + std::cos(6 * M_PI * p) / 9 + std::cos(10 * M_PI * p) / 25;
+        double expected = sum * 4.0 / (3.0 * M_PI);
+        EXPECT_NEAR(t.lookup(p), expected, 2e-4) << p;
     }
 }
 
