@@ -6,7 +6,8 @@
 #
 # Workloads: chords of 1, 8 and 64 notes held for the whole rendering (the voices stay busy), and
 # an idle rendering with no notes. Tolvane2 plays the sawtooth patch (OSC1 SawH, OSC2 PulseH, LP24 at
-# resonance 0.5, both envelopes, LFO1 and ENV2 on the cutoff, effect on, 64 voices) and, idle, program 0;
+# resonance 0.5, both envelopes, LFO1 and ENV2 on the cutoff, effect on; "Number of Voices" equal to the
+# notes held) and, idle, program 0;
 # amsynth plays its default patch.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -15,6 +16,9 @@ RENDER="$BUILD/tolvane2-render"
 OURS="$BUILD/Tolvane2.so"
 PEER=/usr/lib/vst/amsynth_vst.so
 SECONDS_PER_RUN=${SECONDS_PER_RUN:-10}
+# The idle run is longer: its first two seconds still hold the delay's tail (the effect keeps running
+# until everything it could still play has gone quiet), the rest is the idle cost proper.
+IDLE_SECONDS=${IDLE_SECONDS:-30}
 REPEATS=${REPEATS:-3}
 
 [ -x "$RENDER" ] || { echo "build first: $RENDER is missing" >&2; exit 1; }
@@ -31,7 +35,7 @@ trap 'rm -rf "$work"' EXIT
 
 # A type-0 MIDI file holding `count` notes from the first tick to the end.
 write_chord() {
-  python3 - "$1" "$2" "$SECONDS_PER_RUN" <<'PY'
+  python3 - "$1" "$2" "${3:-$SECONDS_PER_RUN}" <<'PY'
 import struct, sys
 path, count, seconds = sys.argv[1], int(sys.argv[2]), float(sys.argv[3])
 ppq = 480                      # 120 bpm: 960 ticks per second
@@ -56,14 +60,15 @@ SAW_PATCH=(--program 64
   --param 0=0.7083 --param 12=0.9583 --param 25=0.45 --param 30=0.21875 --param 33=0.6 --param 34=0.5
   --param 36=0.40625 --param 37=0.8 --param 39=0.34375 --param 40=0.75 --param 59=0.45
   --param 47=0.6 --param 49=0.7 --param 50=0.5 --param 53=0.6 --param 55=0.6
-  --param 65=1 --param 67=0.3 --param 70=0.7 --param 77=1)
+  --param 65=1 --param 67=0.3 --param 70=0.7)
 
 # CPU seconds of the process calls, the best of $REPEATS runs.
 cpu_seconds() {
-  local best=""
+  local best="" length=$1
+  shift
   for _ in $(seq "$REPEATS"); do
     local s
-    s=$("$RENDER" "$@" --length "$SECONDS_PER_RUN" --out "$work/out.wav" 2>/dev/null \
+    s=$("$RENDER" "$@" --length "$length" --out "$work/out.wav" 2>/dev/null \
         | sed -n 's/.*(\([0-9.]*\) s of processing.*/\1/p')
     [ -n "$s" ] || { echo "rendering failed: $*" >&2; exit 1; }
     if [ -z "$best" ] || awk "BEGIN{exit !($s < $best)}"; then best=$s; fi
@@ -75,13 +80,15 @@ frames=$(awk "BEGIN{print $SECONDS_PER_RUN * 44100}")
 printf "%-8s %14s %14s %12s %10s %10s\n" "voices" "ours ns/v-smp" "peer ns/v-smp" "ours/peer" "ours RT" "peer RT"
 for voices in 1 8 64; do
   write_chord "$work/chord$voices.mid" "$voices"
-  ours=$(cpu_seconds --plugin "$OURS" --midi "$work/chord$voices.mid" "${SAW_PATCH[@]}")
-  peer=$(cpu_seconds --plugin "$PEER" --midi "$work/chord$voices.mid")
+  voiceParam=$(awk -v v="$voices" 'BEGIN{print (v - 0.5) / 64}')
+  ours=$(cpu_seconds "$SECONDS_PER_RUN" --plugin "$OURS" --midi "$work/chord$voices.mid" "${SAW_PATCH[@]}" --param 77="$voiceParam")
+  peer=$(cpu_seconds "$SECONDS_PER_RUN" --plugin "$PEER" --midi "$work/chord$voices.mid")
   awk -v v="$voices" -v o="$ours" -v p="$peer" -v f="$frames" -v t="$SECONDS_PER_RUN" 'BEGIN{
     printf "%-8s %14.2f %14.2f %12.2f %9.0fx %9.0fx\n", v, o*1e9/(v*f), p*1e9/(v*f), o/p, t/o, t/p }'
 done
-write_chord "$work/idle.mid" 0
-ours=$(cpu_seconds --plugin "$OURS" --midi "$work/idle.mid" --program 0)
-peer=$(cpu_seconds --plugin "$PEER" --midi "$work/idle.mid")
-awk -v o="$ours" -v p="$peer" -v f="$frames" -v t="$SECONDS_PER_RUN" 'BEGIN{
+write_chord "$work/idle.mid" 0 "$IDLE_SECONDS"
+ours=$(cpu_seconds "$IDLE_SECONDS" --plugin "$OURS" --midi "$work/idle.mid" --program 0)
+peer=$(cpu_seconds "$IDLE_SECONDS" --plugin "$PEER" --midi "$work/idle.mid")
+frames=$(awk "BEGIN{print $IDLE_SECONDS * 44100}")
+awk -v o="$ours" -v p="$peer" -v f="$frames" -v t="$IDLE_SECONDS" 'BEGIN{
   printf "%-8s %14s %14s %12.2f %9.0fx %9.0fx   (idle: ns per sample %.2f vs %.2f)\n", "idle", "-", "-", o/p, t/o, t/p, o*1e9/f, p*1e9/f }'

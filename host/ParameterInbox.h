@@ -30,7 +30,10 @@ public:
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
         void set(int index, float value) { inbox_.post(index, value); }
-        void requestReset() { inbox_.resetPending_.store(true, std::memory_order_release); }
+        void requestReset() {
+            inbox_.resetPending_.store(true, std::memory_order_release);
+            inbox_.anything_.store(true, std::memory_order_release);
+        }
 
     private:
         ParameterInbox& inbox_;
@@ -46,6 +49,9 @@ public:
     template <typename Apply, typename Reset>
     bool drain(Apply apply, Reset reset) {
         if (writers_.load(std::memory_order_acquire) != 0) return false;
+        // Most blocks find nothing: one flag spares the scan of every index.
+        if (!anything_.load(std::memory_order_relaxed) || !anything_.exchange(false, std::memory_order_acquire))
+            return true;
         for (int i = 0; i < kNumParameters; ++i) {
             if (!dirty_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed)) continue;
             if (!dirty_[static_cast<std::size_t>(i)].exchange(false, std::memory_order_acquire)) continue;
@@ -68,11 +74,13 @@ private:
         if (index < 0 || index >= kNumParameters) return;
         values_[static_cast<std::size_t>(index)].store(value, std::memory_order_relaxed);
         dirty_[static_cast<std::size_t>(index)].store(true, std::memory_order_release);
+        anything_.store(true, std::memory_order_release);
     }
 
     std::array<std::atomic<float>, kNumParameters> values_;
     std::array<std::atomic<bool>, kNumParameters> dirty_;
     std::atomic<bool> resetPending_{false};
+    std::atomic<bool> anything_{false};
     std::atomic<int> writers_{0};
 };
 

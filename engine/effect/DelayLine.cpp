@@ -33,7 +33,7 @@ void DelayLine::clear() {
     previousDelay_ = -1.0;
 }
 
-void DelayLine::update(int tick) {
+void DelayLine::updateBlock(int tick) {
     if (tick == lastTick_) return;
     const bool gap = tick != lastTick_ + 1;
     lastTick_ = tick;

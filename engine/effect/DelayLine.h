@@ -28,7 +28,7 @@ public:
 
     explicit DelayLine(ModuleGraph& graph);
 
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void compute() override;
     void onReset() override { clear(); }
     void sampleRateChanged() override { resize(); }

@@ -156,6 +156,51 @@ void EffectUnit::wireFeedback() {
     channels_[1].feed.setInput(FeedMix::kFeedback, cross ? &channels_[0].cut : &channels_[1].cut);
 }
 
+// Resting the wet path. With nothing but silence (the voice sum exactly 0) going in for longer than the
+// longest delay, and nothing above the silence threshold coming out, every sample the delay lines can
+// still play is silent: computing them would only produce the input guard's offset, which the low cut
+// removes. The path is then not pulled, which is what makes an idle synthesizer cheap; the next sound
+// wakes it with emptied delay lines and filters, exactly as after a pause in its updates.
+void EffectUnit::update(int tick) {
+    if (resting_) {
+        guard_.instanceAt(0)->update(tick);
+        if (!inputSilent()) setResting(false);
+    }
+    channels_[0].mix.update(tick);
+    channels_[1].mix.update(tick);
+    if (resting_) return;
+    bool quiet = inputSilent() && wetSilent();
+    quietBlocks_ = quiet ? quietBlocks_ + 1 : 0;
+    const int holdBlocks = static_cast<int>(static_cast<float>(effect::kMaxDelaySeconds) * channels_[0].mix.sampleRate() /
+                                            static_cast<float>(channels_[0].mix.blockSize())) + 3;
+    if (quietBlocks_ > holdBlocks) setResting(true);
+}
+
+void EffectUnit::setResting(bool resting) {
+    resting_ = resting;
+    quietBlocks_ = 0;
+    for (Channel& c : channels_) c.mix.setWetResting(resting);
+    if (!resting) clearLoop();
+}
+
+bool EffectUnit::inputSilent() const {
+    const DspModule* dry = guard_.instanceAt(0);
+    const float* x = dry->block();
+    for (int k = 0; k < dry->blockSize(); ++k)
+        if (x[k] != effect::kInputOffset) return false;
+    return true;
+}
+
+bool EffectUnit::wetSilent() const {
+    for (const Channel& c : channels_) {
+        if (c.cut.lastTick() != c.mix.lastTick()) continue;  // not pulled this block
+        const float* x = c.cut.block();
+        for (int k = 0; k < c.cut.blockSize(); ++k)
+            if (!(x[k] < effect::kSilence && x[k] > -effect::kSilence)) return false;
+    }
+    return true;
+}
+
 void EffectUnit::clearLoop() {
     for (Channel& c : channels_) {
         c.delay.clear();

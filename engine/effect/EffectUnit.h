@@ -48,10 +48,7 @@ public:
     DspModule& output(int channel) { return channels_[static_cast<std::size_t>(channel)].mix; }
     const float* left() const { return channels_[0].mix.block(); }
     const float* right() const { return channels_[1].mix.block(); }
-    void update(int tick) {
-        channels_[0].mix.update(tick);
-        channels_[1].mix.update(tick);
-    }
+    void update(int tick);
     void reset(int tick) {
         channels_[0].mix.reset(tick);
         channels_[1].mix.reset(tick);
@@ -84,6 +81,7 @@ public:
     // Read by tests and tools.
     const DelayLine& delayLine(int channel) const { return channels_[static_cast<std::size_t>(channel)].delay; }
     int feedbackConnection() const { return connection_; }
+    bool wetPathResting() const { return resting_; }
 
 private:
     struct Channel {
@@ -102,6 +100,9 @@ private:
     void applyMixAndVolume();
     void wireFeedback();
     void clearLoop();
+    void setResting(bool resting);
+    bool inputSilent() const;
+    bool wetSilent() const;
 
     const ExponentialMapping& delayTimeMapping_;
 
@@ -136,6 +137,10 @@ private:
     SmoothCoefficient smoothing_;
     CutCoefficients cutCoefficients_;
     std::array<Channel, 2> channels_;
+    // The wet path rests once its input has been silent, and its output below the silence threshold,
+    // for longer than the delay lines hold; it wakes, empty, with the next sound.
+    bool resting_ = false;
+    int quietBlocks_ = 0;
 };
 
 }  // namespace tolvane

@@ -7,7 +7,13 @@ namespace tolvane {
 using effect::kGroup;
 using effect::kSilence;
 
-void OutputMix::update(int tick) {
+bool OutputMix::constantBlock(const float* in) const {
+    for (int k = 1; k < blockSize_; ++k)
+        if (in[k] != in[0]) return false;
+    return true;
+}
+
+void OutputMix::updateBlock(int tick) {
     if (tick == lastTick_) return;
     lastTick_ = tick;
     input(kVolume)->update(tick);
@@ -18,7 +24,7 @@ void OutputMix::update(int tick) {
     const float dryGain = volume - wetGain;
 
     const bool dryActive = dryGain > kSilence || previousDry_ > kSilence;
-    const bool wetActive = wetGain > kSilence || previousWet_ > kSilence;
+    const bool wetActive = !wetResting_ && (wetGain > kSilence || previousWet_ > kSilence);
     if (dryActive) input(kDry)->update(tick);
     if (wetActive) input(kWet)->update(tick);
 
@@ -39,6 +45,12 @@ void OutputMix::update(int tick) {
             }
     } else if (dryActive || wetActive) {
         const float* in = inputBlock(dryActive ? kDry : kWet);
+        const float step0 = dryActive ? dryStep : wetStep;
+        if (step0 == 0.0f && in[0] == in[blockSize_ - 1] && constantBlock(in)) {
+            // A steady gain on a steady signal (an idle synthesizer's guard offset): one value for the block.
+            std::fill(block_.begin(), block_.end(), outputLimit((dryActive ? dryStart : wetStart) * in[0]));
+            return;
+        }
         const float start = dryActive ? dryStart : wetStart;
         const float step = dryActive ? dryStep : wetStep;
         for (int k0 = 0; k0 < blockSize_; k0 += kGroup)

@@ -28,10 +28,15 @@ public:
     enum Input { kDry, kWet, kVolume, kMix };
 
     explicit OutputMix(ModuleGraph& graph) : DspModule(graph, OutputKind::Block, 4) {}
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { previousDry_ = previousWet_ = 0.0f; }
+    // While the wet path rests (nothing but silence has gone through it for longer than it can hold),
+    // it is not pulled and counts as silent.
+    void setWetResting(bool resting) { wetResting_ = resting; }
 
 private:
+    bool constantBlock(const float* in) const;
+    bool wetResting_ = false;
     float previousDry_ = 0.0f;
     float previousWet_ = 0.0f;
 };

@@ -20,7 +20,7 @@ void InputGuard::compute() {
         for (int k = k0; k < k0 + kGroup; ++k) out[k] = in[k] + effect::kInputOffset;
 }
 
-void FeedMix::update(int tick) {
+void FeedMix::updateBlock(int tick) {
     if (tick == lastTick_) return;
     lastTick_ = tick;
     input(kDry)->update(tick);

@@ -25,7 +25,7 @@ public:
     enum Input { kDry, kFeedback, kGain };
 
     explicit FeedMix(ModuleGraph& graph) : DspModule(graph, OutputKind::Block, 3) {}
-    void update(int tick) override;
+    void updateBlock(int tick) override;
 
 private:
     float previousGain_ = 0.0f;

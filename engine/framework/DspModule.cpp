@@ -27,7 +27,7 @@ void DspModule::reset(int tick) {
     onReset();
 }
 
-void DspModule::update(int tick) {
+void DspModule::updateBlock(int tick) {
     if (tick == lastTick_) return;
     lastTick_ = tick;
     updateInputs(tick);

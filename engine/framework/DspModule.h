@@ -26,7 +26,12 @@ public:
     DspModule& operator=(const DspModule&) = delete;
 
     virtual void reset(int tick);
-    virtual void update(int tick);
+    // Computes the block for this tick unless that was done already (the check is inline: most calls
+    // are repeated pulls of a shared unit). Units with a special update override updateBlock.
+    void update(int tick) {
+        if (tick != lastTick_) updateBlock(tick);
+    }
+    virtual void updateBlock(int tick);
     virtual void setSampleRate(float rate);
     virtual void setBlockSize(int size);
     virtual void sampleRateChanged() {}

@@ -18,7 +18,7 @@ void SmoothCoefficient::setTime(float seconds) {
     recompute();
 }
 
-void Smoother::update(int tick) {
+void Smoother::updateBlock(int tick) {
     if (tick == lastTick_) return;
     bool gap = tick != lastTick_ + 1;
     lastTick_ = tick;
@@ -40,7 +40,7 @@ void SmoothedValue::setTime(float seconds) {
     coefficient_ = smoothingCoefficient(blockRate_, seconds_);
 }
 
-void SmoothedValue::update(int tick) {
+void SmoothedValue::updateBlock(int tick) {
     if (tick == lastTick_) return;
     bool gap = tick != lastTick_ + 1;
     lastTick_ = tick;

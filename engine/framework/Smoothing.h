@@ -20,7 +20,7 @@ public:
     void setTime(float seconds);
     float time() const { return seconds_; }
     void reset(int tick) override { lastTick_ = tick; }
-    void update(int tick) override { lastTick_ = tick; }
+    void updateBlock(int tick) override { lastTick_ = tick; }
     void sampleRateChanged() override { recompute(); }
     void blockSizeChanged() override { recompute(); }
 
@@ -33,7 +33,7 @@ private:
 class Smoother : public DspModule {
 public:
     explicit Smoother(ModuleGraph& graph) : DspModule(graph, OutputKind::Scalar, 2) {}
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { jump_ = true; }
 
 private:
@@ -49,7 +49,7 @@ public:
     void setTarget(float v) { target_ = v; }
     float target() const { return target_; }
     void setTime(float seconds);
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { jump_ = true; }
     void sampleRateChanged() override { coefficient_ = smoothingCoefficient(blockRate_, seconds_); }
     void blockSizeChanged() override { sampleRateChanged(); }

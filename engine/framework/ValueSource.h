@@ -11,7 +11,7 @@ public:
     explicit ValueSource(ModuleGraph& graph, float initial = 0.0f) : DspModule(graph) { scalar_ = initial; }
     void set(float v) { scalar_ = v; }
     void reset(int tick) override { lastTick_ = tick; }
-    void update(int tick) override { lastTick_ = tick; }
+    void updateBlock(int tick) override { lastTick_ = tick; }
 };
 
 }  // namespace tolvane

@@ -53,6 +53,21 @@ public:
     }
     void compute() override;
     void onReset() override;
+    // An idle envelope whose gate and trigger stay off outputs 0 and has nothing to plan: it does not
+    // pull its time and sustain inputs then.
+    void updateBlock(int tick) override {
+        lastTick_ = tick;
+        DspModule* gate = input(kGate);
+        DspModule* trigger = input(kTrigger);
+        gate->update(tick);
+        trigger->update(tick);
+        if (stage_ == kIdle && controlValue(gate) < 0.5f && controlValue(trigger) < 0.5f) {
+            scalar_ = 0.0f;
+            return;
+        }
+        updateInputs(tick);
+        compute();
+    }
 
     int stage() const { return stage_; }
     int totalSteps() const { return totalSteps_; }

@@ -38,6 +38,17 @@ public:
     explicit AmpGain(ModuleGraph& graph) : DspModule(graph, OutputKind::Scalar, kNumInputs) {}
     void setLfoDepth(float depth) { lfoDepth_ = depth; }
     float lfoDepth() const { return lfoDepth_; }
+    // A closed envelope makes the amplitude 0 whatever the other inputs say; they are not pulled then.
+    void updateBlock(int tick) override {
+        lastTick_ = tick;
+        input(kEnvelope)->update(tick);
+        if (inputValue(kEnvelope) == 0.0f) {
+            scalar_ = 0.0f;
+            return;
+        }
+        updateInputs(tick);
+        compute();
+    }
     void compute() override {
         float bracket = 1.0f + inputValue(kLfo) * lfoDepth_ + inputValue(kModulation);
         scalar_ = bracket > 0.0f ? inputValue(kEnvelope) * inputValue(kVelocity) * bracket : 0.0f;

@@ -31,7 +31,7 @@ void FilterModule::clearState() {
     previousCutoff_ = kUnsetCutoff;
 }
 
-void FilterModule::update(int tick) {
+void FilterModule::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) clearState();
     lastTick_ = tick;

@@ -31,7 +31,7 @@ public:
 
     FilterModule(ModuleGraph& graph, int coefficientCount, bool usesResonance);
 
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { clearState(); }
     void compute() override;
 

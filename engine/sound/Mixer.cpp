@@ -4,7 +4,7 @@
 
 namespace tolvane {
 
-void Mixer::update(int tick) {
+void Mixer::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) forget();
     lastTick_ = tick;

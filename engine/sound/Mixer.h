@@ -23,7 +23,7 @@ public:
 
     explicit Mixer(ModuleGraph& graph) : DspModule(graph, OutputKind::Block, 2 * kChannels) {}
 
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { forget(); }
     void updateInputs(int tick) override;
     void compute() override;

@@ -8,7 +8,7 @@
 
 namespace tolvane {
 
-void NoiseGenerator::update(int tick) {
+void NoiseGenerator::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) forget();
     lastTick_ = tick;

@@ -20,7 +20,7 @@ public:
 
     explicit NoiseGenerator(ModuleGraph& graph) : DspModule(graph, OutputKind::Block, 1) {}
 
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { forget(); }
     void compute() override;
 

@@ -17,7 +17,7 @@ int VoiceSum::slotCount() const {
     return std::min(n, kMaxVoices);
 }
 
-void VoiceSum::update(int tick) {
+void VoiceSum::updateBlock(int tick) {
     if (tick == lastTick_) return;
     lastTick_ = tick;
 

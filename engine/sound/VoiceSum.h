@@ -29,7 +29,7 @@ public:
     void setSource(int input, PolyModule* source);
     PolyModule* source(int input) const { return input == kAmplitudeInput ? amplitude_ : audio_; }
 
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void resetInputs(int tick) override;
     void onReset() override;
 

@@ -7,7 +7,7 @@ namespace tolvane {
 WaveGenerator::WaveGenerator(ModuleGraph& graph, int numInputs)
     : DspModule(graph, OutputKind::Block, numInputs), phase_(graph.random().unipolar()) {}
 
-void WaveGenerator::update(int tick) {
+void WaveGenerator::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) resetInterpolation();
     lastTick_ = tick;

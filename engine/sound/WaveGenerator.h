@@ -65,7 +65,7 @@ public:
     WaveGenerator(ModuleGraph& graph, int numInputs);
 
     // Memoised per tick; a tick that does not follow the last one forgets the interpolation state first.
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { resetInterpolation(); }
 
     // The phase in cycles. The engine never sets it after construction; tools and tests may place it.

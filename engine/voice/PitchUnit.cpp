@@ -27,7 +27,7 @@ void DetuneDrift::compute() {
     }
 }
 
-void PitchSmoother::update(int tick) {
+void PitchSmoother::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) jump_ = true;
     lastTick_ = tick;

@@ -51,7 +51,7 @@ class PitchSmoother : public DspModule {
 public:
     enum Input { kBendTune, kDrift, kCoefficient, kNumInputs };
     explicit PitchSmoother(ModuleGraph& graph) : DspModule(graph, OutputKind::Scalar, kNumInputs) {}
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { jump_ = true; }
 
 private:

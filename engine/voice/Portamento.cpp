@@ -2,7 +2,7 @@
 
 namespace tolvane {
 
-void Glide::update(int tick) {
+void Glide::updateBlock(int tick) {
     if (tick == lastTick_) return;
     if (tick != lastTick_ + 1) jump_ = true;
     lastTick_ = tick;

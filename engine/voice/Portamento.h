@@ -19,7 +19,7 @@ class Glide : public DspModule {
 public:
     enum Input { kNote, kTrigger, kCoefficient, kNumInputs };
     explicit Glide(ModuleGraph& graph) : DspModule(graph, OutputKind::Scalar, kNumInputs) {}
-    void update(int tick) override;
+    void updateBlock(int tick) override;
     void onReset() override { jump_ = true; }
 
 private:
