@@ -38,7 +38,7 @@ tsan-tests: setup
 fuzz-tests: setup
 	@CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTOLVANE_FUZZ=ON \
 	  -DTOLVANE_TESTS=OFF -DTOLVANE_BENCH=OFF -DTOLVANE_EDITOR=OFF >/dev/null
-	@cmake --build $(BUILD_FUZZ) -j $(JOBS)
+	@cmake --build $(BUILD_FUZZ) -j $(JOBS) --target fuzzers
 	@fuzz/run-all.sh $(BUILD_FUZZ)/fuzz $(FUZZ_SECONDS)
 
 clean:

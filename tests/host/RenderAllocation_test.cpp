@@ -2,6 +2,7 @@
 // not for program changes, voice-count changes or parameters handed over from other threads.
 #include <gtest/gtest.h>
 
+#include "engine/voice/SynthEngine.h"
 #include "support/PluginFixture.h"
 
 namespace tolvane {
@@ -42,6 +43,50 @@ TEST(RenderAllocation, ProcessingAllocatesNothingAfterStartUp) {
         f.effect->setParameter(f.effect, param::FilterCutoff, 0.25f * round);
         f.dispatch(vst2::effSetProgram, 0, 64 + round);
         f.render(333);
+    }
+    EXPECT_EQ(f.allocationsWhileProcessing, 0u);
+}
+
+// The whole engine at its largest: 64 voices sounding, every route and slot in use, the effect with
+// feedback, sync, FM, ring and noise, while programs and connections change between blocks.
+TEST(RenderAllocation, FullEngineWithEveryModulationAllocatesNothing) {
+    PluginFixture f;
+    f.host.record = false;
+    auto set = [&](int index, float value) { f.effect->setParameter(f.effect, index, value); };
+    auto everything = [&](int variant) {
+        set(param::NumberOfVoices, 1.0f);
+        set(param::Osc1Sync, 1.0f);
+        set(param::Osc1Waveform, (8.5f + variant % 3) / 12.0f);
+        set(param::Osc2Waveform, (11.5f - variant % 4) / 12.0f);
+        set(param::Osc2FmDepth, 0.4f);
+        for (int i = 0; i < 4; ++i) set(param::MixerOsc1Level + i, 0.5f);
+        for (int route : {param::Osc1ModAConnection, param::Osc1ModBConnection, param::FilterModAConnection,
+                          param::FilterModBConnection})
+            set(route, (15.5f - variant) / 16.0f);
+        for (int route : {param::Osc2ModAConnection, param::Osc2ModBConnection}) set(route, (31.5f - variant) / 32.0f);
+        for (int slot = 0; slot < 8; ++slot) {
+            set(param::ModSource1 + slot, (128.5f + (slot + variant) % 10) / 138.0f);
+            set(param::ModSensSource1 + slot, (129.5f + slot % 8) / 137.0f);
+            set(param::ModDestination1 + slot, (1.5f + 3 * slot + variant) / 26.0f);
+            set(param::ModDepth1 + slot, 0.8f);
+            set(param::ModSens1 + slot, 0.5f);
+        }
+        set(param::Lfo1Mode, (variant % 8 + 0.5f) / 8.0f);
+        set(param::FilterType, (variant % 16 + 0.5f) / 16.0f);
+        set(param::EffectOn, 1.0f);
+        set(param::EffectMix, 0.5f);
+        set(param::EffectFeedback, 0.9f);
+        set(param::EffectFeedbackConnection, variant % 2 ? 0.75f : 0.25f);
+    };
+    everything(0);
+    f.render(512);
+    f.allocationsWhileProcessing = 0;
+    std::vector<std::array<unsigned char, 3>> notes;
+    for (int k = 0; k < 64; ++k) notes.push_back({0x90, static_cast<unsigned char>(32 + k), 100});
+    for (int variant = 0; variant < 6; ++variant) {
+        everything(variant);
+        f.render(2048, variant == 0 ? notes : std::vector<std::array<unsigned char, 3>>{{0xB0, 1, 90}});
+        EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 64) << variant;
     }
     EXPECT_EQ(f.allocationsWhileProcessing, 0u);
 }
