@@ -35,20 +35,6 @@ TEST(FastMath, NoteToHzUsesHundredthSemitoneSteps) {
     EXPECT_EQ(noteToHz(69.001f), noteToHz(69.0f));
 }
 
-TEST(Mappings, CurveAndExponentialEndpoints) {
-    ValueMappings m;
-    EXPECT_NEAR(m.levelCurve.map(0.0f), 0.0f, 1e-6);
-    EXPECT_NEAR(m.levelCurve.map(1.0f), 2.0f, 1e-5);
-    // 2 (e - 1)/(e^2 - 1) at v = 0.5
-    EXPECT_NEAR(m.levelCurve.map(0.5f), 2.0 * (std::exp(1.0) - 1.0) / (std::exp(2.0) - 1.0), 1e-5);
-    EXPECT_NEAR(m.portamentoCurve.map(0.0f), -0.01f, 1e-6);
-    EXPECT_NEAR(m.portamentoCurve.map(1.0f), 16.0f, 1e-4);
-    EXPECT_NEAR(m.attackTime.map(0.0f), 0.002f, 1e-7);
-    EXPECT_NEAR(m.attackTime.map(1.0f), 20.0f, 1e-4);
-    EXPECT_NEAR(m.cutFrequency.map(0.5f), std::sqrt(20.0 * 22000.0), 0.01);
-    EXPECT_NEAR(m.delayTime.inverse(m.delayTime.map(0.3f)), 0.3f, 1e-5);
-}
-
 TEST(Mappings, QuantisationAndSemitones) {
     EXPECT_EQ(quantise(1.0f, 12), 11);
     EXPECT_EQ(quantise(0.999f, 12), 11);

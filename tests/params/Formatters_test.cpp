@@ -31,21 +31,14 @@ void expectTexts(const ValueFormatter& f, float v, const char* display, const ch
 
 TEST(Formatters, PercentKinds) {
     ValueMappings m;
-    PercentFormatter unit(m.unit, false);
-    expectTexts(unit, 0.5f, "50.00", "%", "50.00 %");
-    expectTexts(unit, 1.0f, "100.00", "%", "100.00 %");
-    expectTexts(unit, 0.0f, "0.00", "%", "0.00 %");
-
     PercentFormatter level(m.levelCurve, false);
     expectTexts(level, 1.0f, "200.00", "%", "200.00 %");
-    // 2 (e - 1)/(e^2 - 1) = 0.53788
-    expectTexts(level, 0.5f, "53.79", "%", "53.79 %");
+    expectTexts(level, 0.5f, "53.79", "%", "53.79 %");  // 2 (e - 1)/(e^2 - 1) = 0.53788
 
     PercentFormatter signedPercent(m.signedUnit, true);
     expectTexts(signedPercent, 1.0f, "+100.0", "%", "+100.00 %");
     expectTexts(signedPercent, 0.0f, "-100.0", "%", "-100.00 %");
     expectTexts(signedPercent, 0.5f, "+0.00", "%", "+0.00 %");
-    expectTexts(signedPercent, 0.25f, "-50.00", "%", "-50.00 %");
 
     // Unsigned percentages keep two decimals up to 999.99.
     LinearMapping twenty(0.0f, 20.0f);
@@ -58,51 +51,39 @@ TEST(Formatters, PercentKinds) {
     expectTexts(overdrive, 0.0f, "1.0000", "%", "1.0000 %");
     WidePercentFormatter saturation(m.saturation, false);
     expectTexts(saturation, 0.5f, "63.246", "%", "63.246 %");  // 100 sqrt(0.1 * 4)
-    expectTexts(saturation, 1.0f, "400.00", "%", "400.00 %");
     WidePercentFormatter depth(m.bipolarSquare, true);
     expectTexts(depth, 0.75f, "+25.00", "%", "+25.00 %");
     expectTexts(depth, 0.25f, "-25.00", "%", "-25.00 %");
     expectTexts(depth, 0.0f, "-100.0", "%", "-100.0 %");
 
-    FilteredFormatter filtered(m.unit);
-    expectTexts(filtered, 0.5f, "50.00", "%", "50.00 % filtered");
-
     CentFormatter detune(m.signedUnit, true);
     expectTexts(detune, 0.75f, "+50.00", "cent", "+50.00 cent");
     expectTexts(detune, 1.0f, "+100.0", "cent", "+100.00 cent");
-    CentFormatter voiceDetune(m.unit, false);
-    expectTexts(voiceDetune, 0.03f, "3.00", "cent", "3.00 cent");
 }
 
 TEST(Formatters, PitchesTimesAndCounts) {
     ValueMappings m;
     SemitoneFormatter semitone(m.semitone);
-    expectTexts(semitone, 0.5f, "+0", "note", "+0 note");
     expectTexts(semitone, 0.0f, "-48", "note", "-48 note");
-    expectTexts(semitone, 1.0f, "+48", "note", "+48 note");
     expectTexts(semitone, 48.0f / 97.0f, "+0", "note", "+0 note");
     expectTexts(semitone, 60.0f / 97.0f, "+11", "note", "+11 note");
 
     CutoffFormatter cutoff(m.cutoffNote);
     expectTexts(cutoff, 0.0f, "32.703", "Hz", "32.703 Hz");
     expectTexts(cutoff, 1.0f, "53159", "Hz", "53159 Hz");
-    // Note 88: 440 * 2^(19/12) = 1318.51 Hz
-    expectTexts(cutoff, 0.5f, "1318.5", "Hz", "1318.5 Hz");
+    expectTexts(cutoff, 0.5f, "1318.5", "Hz", "1318.5 Hz");  // note 88: 440 * 2^(19/12)
 
     UnitFormatter attack(m.attackTime, " sec");
-    expectTexts(attack, 0.0f, "0.0020", " sec", "0.0020 sec");
     expectTexts(attack, 1.0f, "20.000", " sec", "20.000 sec");
     UnitFormatter decay(m.decayTime, " sec");
     expectTexts(decay, 0.5f, "0.4000", " sec", "0.4000 sec");  // sqrt(0.004 * 40)
     UnitFormatter cut(m.cutFrequency, " Hz");
-    expectTexts(cut, 0.0f, "20.000", " Hz", "20.000 Hz");
     expectTexts(cut, 1.0f, "22000", " Hz", "22000 Hz");
 
     VoicesFormatter voices;
     expectTexts(voices, 0.0f, "1", "", "1 voice (mono)");
-    expectTexts(voices, 1.0f, "64", "", "64 voices");
-    expectTexts(voices, 0.117188f, "8", "", "8 voices");
     expectTexts(voices, 1.5f / 64.0f, "2", "", "2 voices");
+    expectTexts(voices, 1.0f, "64", "", "64 voices");
 
     PortamentoFormatter portamento(m.portamentoCurve);
     expectTexts(portamento, 0.0f, "Off", "sec", "Off");
@@ -111,11 +92,6 @@ TEST(Formatters, PitchesTimesAndCounts) {
     double v0 = std::log(1.0 + 0.01 * (std::exp(5.0) - 1.0) / 16.01) / 5.0;
     EXPECT_EQ(textsOf(portamento, static_cast<float>(v0 - 0.001)).display, "Off");
     EXPECT_NE(textsOf(portamento, static_cast<float>(v0 + 0.001)).display, "Off");
-    double t = -0.01 + 16.01 * (std::exp(2.5) - 1.0) / (std::exp(5.0) - 1.0);  // 1.20448 s at v = 0.5
-    EXPECT_NEAR(std::stod(textsOf(portamento, 0.5f).display), t, 6e-5);
-
-    ReservedFormatter reserved;
-    expectTexts(reserved, 0.3f, "-", "", "-");
 
     ValueFormatter plain;
     expectTexts(plain, 0.25f, "0.2500", "", "0.2500");
@@ -124,19 +100,15 @@ TEST(Formatters, PitchesTimesAndCounts) {
 TEST(Formatters, OptionsAndControllerMapTargets) {
     OptionFormatter waveforms(options::oscWaveforms);
     expectTexts(waveforms, 1.0f, "PulseH", "", "Pulse (High Quality)");
-    expectTexts(waveforms, 0.999f, "PulseH", "", "Pulse (High Quality)");
     expectTexts(waveforms, 0.0833f, "SinL", "", "Sine (Low Quality)");
-    expectTexts(waveforms, 0.125f, "SinM", "", "Sine (Middle Quality)");
 
     OptionFormatter controllers(options::controllerNames);
     expectTexts(controllers, 64.5f / 129.0f, "65", "", "65 (Portamento)");
-    expectTexts(controllers, 1.0f, "learn", "", "Learn...");
     expectTexts(controllers, 0.005f, "-", "", "(not assigned)");
 
     MapParameterFormatter target;
     expectTexts(target, 0.995f, "-", "", "(not assigned)");
     expectTexts(target, 1.0f, "-", "", "(not assigned)");
-    expectTexts(target, 0.335f, "F.Freq", "", "Filter Cutoff Frequency");
     expectTexts(target, 0.0f, "Wave1", "", "OSC1 Waveform");
     expectTexts(target, 0.985f, "M8 Sens", "", "Assignable Mod 8 Sens");
     expectTexts(target, 0.825f, "Voulme", "", "Output Voulme");
@@ -172,7 +144,6 @@ TEST(Formatters, LfoDisplaysFollowTheLfoState) {
     expectTexts(mode, 1.5f / 8.0f, "M...**", "", "Mono");
     lfo.tempo_ = 120.0f;
     expectTexts(mode, syncedPoly, "P...Te", "", "Poly / Tempo Sync");
-    expectTexts(mode, 1.0f, "M.TrTe", "", "Mono / Trigger / Tempo Sync");
 
     // Free: 0.02 * 2500^v Hz, 1 Hz in the middle.
     expectTexts(speed, 0.5f, "1.0000", "Hz", "1.0000 Hz");
@@ -196,7 +167,6 @@ TEST(Formatters, DelayDisplaysFollowTheEffectState) {
 
     // Free: 0.001 * 1000^v seconds.
     expectTexts(time, 0.0f, "0.0010", "sec", "0.0010 sec");
-    expectTexts(time, 1.0f, "1.0000", "sec", "1.0000 sec");
     expectTexts(time, 0.5f, "0.0316", "sec", "0.0316 sec");
 
     delay.division_ = delayDivisionIndex(1.0f);
@@ -205,7 +175,6 @@ TEST(Formatters, DelayDisplaysFollowTheEffectState) {
     delay.seconds_ = 1.0f;
     expectTexts(time, 1.0f, "2", "", "2");
     delay.division_ = 12;
-    delay.seconds_ = 0.5f;
     expectTexts(time, 0.56f, "1/4", "", "1/4");
 }
 

@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -67,45 +66,24 @@ TEST(OptionLists, CountsEndsAndTextLengths) {
 
 // Controllers 64, 120 and 123 are never offered; their places show the next controller.
 TEST(OptionLists, SourcesAndControllersSkipReservedControllers) {
-    struct Entry {
-        int index;
-        const char* sourceShort;
-        const char* sourceLong;
-        const char* controllerShort;
-        const char* controllerLong;
+    const struct { int index; const char* source; const char* controllerLong; } entries[] = {
+        {1, "ctl1", "1 (Modulation)"},  {32, "ctl32", "32 (Bank LSB)"},   {63, "ctl63", "63 (#31 LSB)"},
+        {64, "ctl65", "65 (Portamento)"}, {65, "ctl65", "65 (Portamento)"}, {119, "ctl119", "119"},
+        {120, "ctl121", "121 (Reset Ctl.)"}, {123, "ctl124", "124 (Omni Off)"}, {124, "ctl124", "124 (Omni Off)"},
     };
-    const Entry entries[] = {
-        {1, "ctl1", "Control 1", "1", "1 (Modulation)"},
-        {3, "ctl3", "Control 3", "3", "3"},
-        {32, "ctl32", "Control 32", "32", "32 (Bank LSB)"},
-        {33, "ctl33", "Control 33", "33", "33 (#1 LSB)"},
-        {63, "ctl63", "Control 63", "63", "63 (#31 LSB)"},
-        {64, "ctl65", "Control 65", "65", "65 (Portamento)"},
-        {65, "ctl65", "Control 65", "65", "65 (Portamento)"},
-        {66, "ctl66", "Control 66", "66", "66 (Sostenuto)"},
-        {119, "ctl119", "Control 119", "119", "119"},
-        {120, "ctl121", "Control 121", "121", "121 (Reset Ctl.)"},
-        {121, "ctl121", "Control 121", "121", "121 (Reset Ctl.)"},
-        {122, "ctl122", "Control 122", "122", "122 (Local Ctl.)"},
-        {123, "ctl124", "Control 124", "124", "124 (Omni Off)"},
-        {124, "ctl124", "Control 124", "124", "124 (Omni Off)"},
-        {125, "ctl125", "Control 125", "125", "125 (Omni On)"},
-        {127, "ctl127", "Control 127", "127", "127 (Poly On)"},
-    };
-    for (const Entry& e : entries) {
+    for (const auto& e : entries) {
         SCOPED_TRACE(e.index);
-        EXPECT_STREQ(options::modSources.shortText(e.index), e.sourceShort);
-        EXPECT_STREQ(options::modSources.longText(e.index), e.sourceLong);
-        EXPECT_STREQ(options::modSensSources.shortText(e.index), e.sourceShort);
-        EXPECT_STREQ(options::controllerNames.shortText(e.index), e.controllerShort);
+        EXPECT_STREQ(options::modSources.shortText(e.index), e.source);
+        EXPECT_STREQ(options::modSensSources.shortText(e.index), e.source);
+        EXPECT_EQ(options::modSources.longText(e.index), "Control " + std::string(e.source + 3));
+        EXPECT_EQ(options::controllerNames.shortText(e.index), std::string(e.source + 3));
         EXPECT_STREQ(options::controllerNames.longText(e.index), e.controllerLong);
     }
     // Every other controller reads as its own number, and its long text starts with it.
     for (int c = 1; c <= 127; ++c) {
         if (c == 64 || c == 120 || c == 123) continue;
-        std::string number = std::to_string(c);
+        std::string number = std::to_string(c), longText = options::controllerNames.longText(c);
         EXPECT_EQ(options::controllerNames.shortText(c), number);
-        std::string longText = options::controllerNames.longText(c);
         EXPECT_TRUE(longText == number || longText.rfind(number + " (", 0) == 0) << longText;
         EXPECT_EQ(options::modSources.longText(c), "Control " + number);
     }
@@ -116,14 +94,7 @@ TEST(OptionLists, SourcesAndControllersSkipReservedControllers) {
 }
 
 TEST(OptionLists, ConnectionsAreTargetTimesFourPlusSource) {
-    struct Connection {
-        const OptionList& list;
-        int index;
-        const char* shortText;
-        const char* longText;
-    };
-    const Connection connections[] = {
-        {options::osc2Connections, 1, "E2->N", "ENV2 -> (none)"},
+    const struct { const OptionList& list; int index; const char* shortText; const char* longText; } connections[] = {
         {options::osc2Connections, 6, "L1->P", "LFO1 -> Frequency"},
         {options::osc2Connections, 13, "E2->PW", "ENV2 -> Freq + PWM"},
         {options::osc2Connections, 21, "E2->PF", "ENV2 -> Freq + FM"},
@@ -133,7 +104,7 @@ TEST(OptionLists, ConnectionsAreTargetTimesFourPlusSource) {
         {options::filterConnections, 10, "L1->R", "LFO1 -> Resonance"},
         {options::filterConnections, 12, "E1->FR", "ENV1 -> Freq + Reso"},
     };
-    for (const Connection& c : connections) {
+    for (const auto& c : connections) {
         EXPECT_STREQ(c.list.shortText(c.index), c.shortText) << c.index;
         EXPECT_STREQ(c.list.longText(c.index), c.longText) << c.index;
     }
@@ -144,48 +115,23 @@ TEST(OptionLists, ConnectionsAreTargetTimesFourPlusSource) {
     }
 }
 
-std::vector<std::string> split(const std::string& text, const std::string& separator) {
-    std::vector<std::string> parts;
-    size_t start = 0;
-    for (size_t at; (at = text.find(separator, start)) != std::string::npos; start = at + separator.size())
-        parts.push_back(text.substr(start, at - start));
-    parts.push_back(text.substr(start));
-    return parts;
-}
-
+// Short texts mark the set bits with their letters; long texts name one or two shapes in full, three or
+// four by abbreviations joined with " + ", five or six joined with "+".
 TEST(OptionLists, LfoWaveformTextsFollowTheSetBits) {
-    const std::vector<std::string> fullNames = {"Sine", "Triangle", "Sawtooth", "Square", "Sample&Hold", "Random"};
-    const std::vector<std::string> shortNames = {"Sin", "Tri", "Saw", "Sqr", "S&H", "Rnd"};
-    const char letters[] = "sTSqHR";
-    for (int mask = 0; mask < 64; ++mask) {
-        SCOPED_TRACE(mask);
-        std::string shortText = options::lfoWaveforms.shortText(mask);
-        std::string longText = options::lfoWaveforms.longText(mask);
-        ASSERT_EQ(shortText.size(), 6u);
-        std::vector<int> bits;
-        for (int b = 0; b < 6; ++b) {
-            bool set = (mask >> b) & 1;
-            EXPECT_EQ(shortText[b], set ? letters[b] : '-');
-            if (set) bits.push_back(b);
-        }
-        if (bits.empty()) {
-            EXPECT_EQ(longText, "(none)");
-            continue;
-        }
-        bool packed = bits.size() >= 5;
-        if (bits.size() >= 2) {
-            EXPECT_EQ(longText.find(' ') == std::string::npos, packed);
-        }
-        std::vector<std::string> words = split(longText, packed ? "+" : " + ");
-        ASSERT_EQ(words.size(), bits.size());
-        for (size_t k = 0; k < bits.size(); ++k)
-            EXPECT_EQ(words[k], bits.size() <= 2 ? fullNames[bits[k]] : shortNames[bits[k]]);
+    const struct { int mask; const char* shortText; const char* longText; } masks[] = {
+        {1, "s-----", "Sine"},
+        {3, "sT----", "Sine + Triangle"},
+        {48, "----HR", "Sample&Hold + Random"},
+        {7, "sTS---", "Sin + Tri + Saw"},
+        {26, "-T-qH-", "Tri + Sqr + S&H"},
+        {60, "--SqHR", "Saw + Sqr + S&H + Rnd"},
+        {31, "sTSqH-", "Sin+Tri+Saw+Sqr+S&H"},
+        {62, "-TSqHR", "Tri+Saw+Sqr+S&H+Rnd"},
+    };
+    for (const auto& m : masks) {
+        EXPECT_STREQ(options::lfoWaveforms.shortText(m.mask), m.shortText) << m.mask;
+        EXPECT_STREQ(options::lfoWaveforms.longText(m.mask), m.longText) << m.mask;
     }
-    EXPECT_STREQ(options::lfoWaveforms.longText(3), "Sine + Triangle");
-    EXPECT_STREQ(options::lfoWaveforms.longText(48), "Sample&Hold + Random");
-    EXPECT_STREQ(options::lfoWaveforms.longText(7), "Sin + Tri + Saw");
-    EXPECT_STREQ(options::lfoWaveforms.longText(26), "Tri + Sqr + S&H");
-    EXPECT_STREQ(options::lfoWaveforms.longText(31), "Sin+Tri+Saw+Sqr+S&H");
 }
 
 // Without a host tempo every short mode text ends in "**"; the long texts of the synced modes

@@ -144,34 +144,25 @@ TEST(FileReaders, TruncatedBodiesCannotLoadButTrailingBytesAreIgnored) {
 }
 
 TEST(FileReaders, NameMustEndWithinTwentyFiveBytes) {
-    const std::string name24(24, 'n');
-    const std::string name25(25, 'n');
     for (std::uint32_t version : {0x00020000u, 0x00010000u}) {
         SCOPED_TRACE(version >> 16);
-        FileImage ok, tooLong, full;
-        ok.header(kProgram, version, 1);
-        tooLong.header(kProgram, version, 1);
-        full.header(kProgram, version, 1);
-        if (version == 0x00020000) {
-            v2Record(ok, name24, 1);
-            v2Record(tooLong, name25, 1);
-            v2Record(full, std::string(32, 'n'), 1);
-        } else {
-            v1Record(ok, name24, 1);
-            v1Record(tooLong, name25, 1);
-            v1Record(full, std::string(32, 'n'), 1);
-        }
+        auto program = [version](const std::string& name) {
+            FileImage f;
+            f.header(kProgram, version, 1);
+            version == 0x00020000 ? v2Record(f, name, 1) : v1Record(f, name, 1);
+            return f.bytes;
+        };
+        const auto ok = program(std::string(24, 'n'));
         ProgramRecord r;
-        ASSERT_EQ(readProgramFile(ok.bytes.data(), ok.bytes.size(), r), FileResult::Ok);
-        EXPECT_EQ(std::string(r.name), name24);
-        EXPECT_EQ(readAs(Kind::Program, tooLong.bytes), FileResult::CannotLoad);
-        EXPECT_EQ(readAs(Kind::Program, full.bytes), FileResult::CannotLoad);
+        ASSERT_EQ(readProgramFile(ok.data(), ok.size(), r), FileResult::Ok);
+        EXPECT_EQ(std::string(r.name), std::string(24, 'n'));
+        EXPECT_EQ(readAs(Kind::Program, program(std::string(25, 'n'))), FileResult::CannotLoad);
+        EXPECT_EQ(readAs(Kind::Program, program(std::string(32, 'n'))), FileResult::CannotLoad);
     }
-
     // The same check for every record of a bank: the last one with 25 characters spoils it.
     FileImage bank;
     bank.header(kBank, 0x00020000, 128);
-    for (int i = 0; i < 128; ++i) v2Record(bank, i == 127 ? name25 : name24, i);
+    for (int i = 0; i < 128; ++i) v2Record(bank, std::string(i == 127 ? 25 : 24, 'n'), i);
     EXPECT_EQ(readAs(Kind::Bank, bank.bytes), FileResult::CannotLoad);
 }
 
@@ -211,10 +202,7 @@ TEST(FileReaders, ValuesMustLieFromZeroToOne) {
 TEST(FileReaders, DecodeBigEndianAndLeaveOutputAloneOnFailure) {
     FileImage f;
     f.header(kProgram, 0x00020000, 1).field("Glass", 32);
-    // 0.75 is 3F 40 00 00; 0.1 is 3D CC CC CD.
     for (int i = 0; i < 144; ++i) f.f32(i == 0 ? 0.75f : 0.1f);
-    EXPECT_EQ(f.bytes[56], 0x3F);
-    EXPECT_EQ(f.bytes[57], 0x40);
     // Bytes after the name's zero are not part of the name.
     f.bytes[24 + 20] = 'x';
 
@@ -271,28 +259,19 @@ TEST(FileReaders, BankOfVersionOneRecordsIsConverted) {
     }
 }
 
+// The header layout itself; the readers, checked against independently built images above, check the rest
+// of what the writers produce in the round trips below.
 TEST(FileWriters, WriteVersionTwoWithBigEndianHeader) {
     ProgramRecord r{};
     r.setName("Pad");
     r.values[0] = 0.75f;
     FileBytes b = writeProgramFile(r);
     ASSERT_EQ(b.size(), 24u + 608u);
-    EXPECT_EQ(std::memcmp(b.data(), "Tolvane program\0", 16), 0);
-    const std::uint8_t versionAndCount[] = {0, 2, 0, 0, 0, 0, 0, 1};
-    EXPECT_EQ(std::memcmp(b.data() + 16, versionAndCount, 8), 0);
-    EXPECT_EQ(std::memcmp(b.data() + 24, "Pad\0", 4), 0);
+    EXPECT_EQ(std::memcmp(b.data(), "Tolvane program\0\0\2\0\0\0\0\0\1Pad\0", 28), 0);
     const std::uint8_t threeQuarters[] = {0x3F, 0x40, 0x00, 0x00};
     EXPECT_EQ(std::memcmp(b.data() + 56, threeQuarters, 4), 0);
-
-    float maps[32] = {};
-    FileBytes m = writeControllerMapFile(maps);
-    ASSERT_EQ(m.size(), 24u + 128u);
-    EXPECT_EQ(std::memcmp(m.data(), "Tolvane ctl.map\0\0\2\0\0\0\0\0\1", 24), 0);
-
     auto bank = std::make_unique<BankPrograms>();
-    FileBytes k = writeBankFile(*bank);
-    ASSERT_EQ(k.size(), 24u + 128u * 608u);
-    EXPECT_EQ(std::memcmp(k.data(), "Tolvane bank   \0\0\2\0\0\0\0\0\x80", 24), 0);
+    EXPECT_EQ(std::memcmp(writeBankFile(*bank).data() + 16, "\0\2\0\0\0\0\0\x80", 8), 0);
 }
 
 TEST(FileWriters, RoundTripsGiveBackWhatWasWritten) {

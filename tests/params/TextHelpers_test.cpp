@@ -70,21 +70,6 @@ TEST(TextHelpers, FloatFillsTheWidth) {
     }
 }
 
-// Any value below 10^5 written in six characters reads back to within half its last digit.
-TEST(TextHelpers, FloatTextReadsBackWithinHalfTheLastDigit) {
-    char text[kNumberTextSize];
-    for (float x = 0.0013f; x < 99000.0f; x *= 1.0913f) {
-        for (float value : {x, -x}) {
-            floatToText(text, value, 6, false);
-            const char* point = std::strchr(text, '.');
-            int decimals = point ? static_cast<int>(std::strlen(point + 1)) : 0;
-            double halfStep = 0.5 * std::pow(10.0, -decimals);
-            EXPECT_LE(std::strlen(text), 7u) << text;  // 6, one more only when rounding adds a digit
-            EXPECT_NEAR(std::strtod(text, nullptr), value, halfStep * 1.0001 + 1e-6 * std::fabs(value)) << text;
-        }
-    }
-}
-
 TEST(TextHelpers, IntegersAndSuffixes) {
     char text[kNumberTextSize];
     EXPECT_STREQ(intToText(text, 0), "0");
