@@ -100,7 +100,7 @@ protected:
     }
 };
 
-TEST_F(FileCommandsTest, EachCommandAsksForItsFileAndCancelDoesNothing) {
+TEST_F(FileCommandsTest, EachCommandAsksForItsFileCancelDoesNothingAndNoDialogIsReported) {
     struct { int command; FileKind kind; bool save; } cases[] = {
         {-3, FileKind::Program, false}, {-4, FileKind::Bank, false}, {-5, FileKind::ControllerMap, false},
         {-6, FileKind::Program, true},  {-7, FileKind::Bank, true},  {-8, FileKind::ControllerMap, true},
@@ -118,9 +118,8 @@ TEST_F(FileCommandsTest, EachCommandAsksForItsFileAndCancelDoesNothing) {
     dialogs.asked.clear();
     for (int other : {-1, -2, -9, 0, 5}) EXPECT_FALSE(commands.run(other)) << other;
     EXPECT_TRUE(dialogs.asked.empty());
-}
 
-TEST_F(FileCommandsTest, NoDialogAvailableIsReported) {
+    // Without a dialog program every command says so.
     dialogs.answer = DialogChoice::unavailable();
     for (int command = -3; command >= -8; --command) {
         plugin.statuses.clear();
