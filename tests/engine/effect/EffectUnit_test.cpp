@@ -249,6 +249,11 @@ TEST(EffectUnit, RenderingAndRateChangesDoNotAllocate) {
     rig.left.reserve(400 * kBlock);
     rig.right.reserve(400 * kBlock);
     rig.render(1);
+    {
+        testing::AllocationCounter sanity;
+        delete new std::vector<int>(16);
+        ASSERT_GE(sanity.count(), 2u) << "the counter sees allocations";
+    }
     testing::AllocationCounter counter;
     rig.render(100);
     rig.effect.setFeedbackConnection(EffectUnit::kCross);
