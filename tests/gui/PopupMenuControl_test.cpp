@@ -101,6 +101,10 @@ TEST_F(PopupMenuTest, InsertingAtOrBeforeTheCurrentEntryKeepsItCurrent) {
     menu->removeAllEntries();
     EXPECT_EQ(menu->getEntryCount(), 0);
     EXPECT_EQ(menu->getCurrent(), -1);
+    // The number of entries is limited.
+    for (int i = 0; i < PopupMenuControl::kMaxEntries; ++i) ASSERT_TRUE(menu->addEntry("e"));
+    EXPECT_FALSE(menu->addEntry("one too many"));
+    EXPECT_EQ(menu->getEntryCount(), PopupMenuControl::kMaxEntries);
 }
 
 TEST_F(PopupMenuTest, ColumnBreaksEveryNEntriesOnlyBelowOneHundredSixtyEntries) {
@@ -178,13 +182,6 @@ TEST_F(PopupMenuTest, ChoosingAnEntryMakesItCurrentAndReportsIt) {
     // setValue ignores indices that are not entries.
     menu->setValue(7.0f);
     EXPECT_EQ(menu->getValue(), 2.0f);
-}
-
-TEST_F(PopupMenuTest, EntryCountIsLimited) {
-    PopupMenuControl* menu = makeMenu();
-    for (int i = 0; i < PopupMenuControl::kMaxEntries; ++i) ASSERT_TRUE(menu->addEntry("e"));
-    EXPECT_FALSE(menu->addEntry("one too many"));
-    EXPECT_EQ(menu->getEntryCount(), PopupMenuControl::kMaxEntries);
 }
 
 TEST_F(PopupMenuTest, ClosedMenuShowsTheCurrentEntryText) {

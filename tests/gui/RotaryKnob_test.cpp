@@ -80,10 +80,8 @@ TEST_F(RotaryKnobTest, ShiftSlowsALinearDragWithoutMovingTheValueWhenPressedOrRe
     EXPECT_NEAR(seen[0], a, 1e-5);
     EXPECT_NEAR(seen[1], b, 1e-5);
     EXPECT_NEAR(seen[2], c, 1e-5);
-}
 
-TEST_F(RotaryKnobTest, ShiftHeldFromThePressUsesTheZoomedPixelRange) {
-    editor->setKnobMode(kLinearKnobMode);
+    // Shift held from the press: the zoomed pixel range (300 pixels, or 200 times the zoom factor).
     knob->setValue(0.0f);
     drag(Point{120, 60}, kLeftButton | kShiftKey, {Point{120, 0}});
     EXPECT_NEAR(knob->getValue(), 60.0f / 300.0f, 1e-5);
@@ -93,18 +91,14 @@ TEST_F(RotaryKnobTest, ShiftHeldFromThePressUsesTheZoomedPixelRange) {
     EXPECT_NEAR(knob->getValue(), 60.0f / 400.0f, 1e-5);
 }
 
-TEST_F(RotaryKnobTest, CircularDragFollowsTheAngle) {
-    knob->setValue(0.5f);
+TEST_F(RotaryKnobTest, CircularDragFollowsTheAngleAndStopsAtTheEndItCameFrom) {
     for (double degrees : {90.0, 0.0, 180.0, 200.0, 135.0, -30.0}) {
+        knob->setValue(0.5f);
         drag(atAngle(90.0), kLeftButton, {atAngle(degrees)});
         EXPECT_NEAR(knob->getValue(), expectedAt(degrees), 0.02) << degrees;
-        knob->setValue(0.5f);
     }
-}
-
-TEST_F(RotaryKnobTest, CircularDragAcrossTheGapStaysAtTheEndItCameFrom) {
-    knob->setValue(0.5f);
     // Clockwise over the top to the maximum side, into the gap (-60), past its middle (250), on to 200.
+    knob->setValue(0.5f);
     drag(atAngle(90.0), kLeftButton, {atAngle(0.0), atAngle(-30.0), atAngle(-60.0), atAngle(250.0), atAngle(200.0)});
     EXPECT_EQ(knob->getValue(), 1.0f);
     // And the other way round from the minimum side.
@@ -152,7 +146,7 @@ TEST_F(RotaryKnobTest, DragsAreBracketedByBeginAndEndEditAndTakeTheFocus) {
     EXPECT_EQ(host.begun.size(), 1u);
 }
 
-TEST_F(RotaryKnobTest, KeysStepByTheWheelStepAndShiftMakesItFine) {
+TEST_F(RotaryKnobTest, KeysAndWheelStepByTheWheelStepAndShiftMakesItFine) {
     knob->setValue(0.5f);
     auto key = [](unsigned char virt, unsigned char modifier = 0) {
         KeyCode k;
@@ -176,9 +170,7 @@ TEST_F(RotaryKnobTest, KeysStepByTheWheelStepAndShiftMakesItFine) {
     knob->onKeyDown(key(kVirtualKeyUp));
     EXPECT_EQ(knob->getValue(), 1.0f);
     EXPECT_EQ(listener.values.size(), 5u) << "no report when the value is stuck at the end";
-}
 
-TEST_F(RotaryKnobTest, WheelStepsScaleWithDistanceAndShift) {
     knob->setValue(0.5f);
     window->wheel(Point{120, 60}, 2.0f);
     EXPECT_NEAR(knob->getValue(), 0.7f, 1e-5);
