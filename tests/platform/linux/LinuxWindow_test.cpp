@@ -46,33 +46,17 @@ bool canOpen(const char* name) {
     return true;
 }
 
-std::string findXvfb() {
-    const char* path = std::getenv("PATH");
-    std::string all = path ? path : "/usr/bin:/bin";
-    std::size_t start = 0;
-    while (start <= all.size()) {
-        std::size_t end = all.find(':', start);
-        if (end == std::string::npos) end = all.size();
-        std::string candidate = all.substr(start, end - start) + "/Xvfb";
-        if (access(candidate.c_str(), X_OK) == 0) return candidate;
-        start = end + 1;
-    }
-    return std::string();
-}
-
 // Starts Xvfb on a display number it picks itself (-displayfd) and points DISPLAY at it. Without -noreset
 // the server would reset whenever its last client leaves, refusing connections for a moment.
 bool startXvfb() {
-    std::string binary = findXvfb();
-    if (binary.empty()) return false;
     int fds[2];
     if (pipe(fds) != 0) return false;
     pid_t pid = fork();
     if (pid == 0) {
         close(fds[0]);
         std::string fd = std::to_string(fds[1]);
-        execl(binary.c_str(), "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
-              "-noreset", static_cast<char*>(nullptr));
+        execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
+               "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(fds[1]);
