@@ -1,7 +1,6 @@
 #include "engine/voice/SynthEngine.h"
 
 #include <cmath>
-#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -162,59 +161,44 @@ TEST(SynthEngineControls, EveryDestinationReachesItsTarget) {
 
     SynthEngine& e = rig.engine;
     const ControlTargets& c = rig.c();
-    auto read = [&rig](PolyModule& p) {
-        p.updateInstances(rig.tick);
-        return static_cast<double>(p.instance(0)->value());
-    };
+    // What a constant routed with depth d = 0.1 does to the target: add k d, or multiply by k^d
+    // (times and rates), or by 1 + d (the amplifier). Oscillator frequencies and the cutoff are read as notes.
+    enum Change { kAdd, kPower, kGain };
     const double d = 0.1;
-    const double timeRatio = std::pow(10000.0, d);
-    struct Probe {
-        int destination;
-        std::function<double()> value;
-        std::function<double(double)> expected;  // from the unmodulated value
-    };
-    const Probe probes[] = {
-        {1, [&] { return read(*c.pulseWidth[0]); }, [&](double v) { return v + 0.5 * d; }},
-        {2, [&] { read(*c.phaseIncrement[0]); return static_cast<double>(c.phaseIncrement[0]->at(0).note()); },
-         [&](double v) { return v + 24.0 * d; }},
-        {3, [&] { return read(*c.fmDepth); }, [&](double v) { return v + 8.0 * d; }},
-        {4, [&] { return read(*c.pulseWidth[1]); }, [&](double v) { return v + 0.5 * d; }},
-        {5, [&] { read(*c.phaseIncrement[1]); return static_cast<double>(c.phaseIncrement[1]->at(0).note()); },
-         [&](double v) { return v + 24.0 * d; }},
-        {6, [&] { return read(*c.mixerLevel[0]); }, [&](double v) { return v + d; }},
-        {7, [&] { return read(*c.mixerLevel[1]); }, [&](double v) { return v + d; }},
-        {8, [&] { return read(*c.mixerLevel[2]); }, [&](double v) { return v + d; }},
-        {9, [&] { return read(*c.mixerLevel[3]); }, [&](double v) { return v + d; }},
-        {10, [&] { return read(*c.saturationLevel); }, [&](double v) { return v * std::pow(40.0, d); }},
-        {11, [&] { read(*c.cutoff); return static_cast<double>(c.cutoff->at(0).note()); },
-         [&](double v) { return v + 64.0 * d; }},
-        {12, [&] { return read(*c.resonance); }, [&](double v) { return v + 0.5 * d; }},
-        {13, [&] { return read(*c.ampGain); }, [&](double v) { return v * (1.0 + d); }},
-        {14, [&] { return read(e.envelope(0).attackTime()); }, [&](double v) { return v * timeRatio; }},
-        {15, [&] { return read(e.envelope(0).decayTime()); }, [&](double v) { return v * timeRatio; }},
-        {16, [&] { return read(e.envelope(0).sustainLevel()); }, [&](double v) { return v + d; }},
-        {17, [&] { return read(e.envelope(0).releaseTime()); }, [&](double v) { return v * timeRatio; }},
-        {18, [&] { return read(e.envelope(1).attackTime()); }, [&](double v) { return v * timeRatio; }},
-        {19, [&] { return read(e.envelope(1).decayTime()); }, [&](double v) { return v * timeRatio; }},
-        {20, [&] { return read(e.envelope(1).sustainLevel()); }, [&](double v) { return v + d; }},
-        {21, [&] { return read(e.envelope(1).releaseTime()); }, [&](double v) { return v * timeRatio; }},
-        {22, [&] { return read(e.lfo(0).freeRate()); }, [&](double v) { return v * std::pow(2500.0, d); }},
-        {23, [&] { return read(e.lfo(0).phaseOffset()); }, [&](double v) { return v + d; }},
-        {24, [&] { return read(e.lfo(1).freeRate()); }, [&](double v) { return v * std::pow(2500.0, d); }},
-        {25, [&] { return read(e.lfo(1).phaseOffset()); }, [&](double v) { return v + d; }},
+    const struct { int destination; PolyModule* target; Change change; double k; } probes[] = {
+        {1, c.pulseWidth[0], kAdd, 0.5},           {2, c.phaseIncrement[0], kAdd, 24.0},
+        {3, c.fmDepth, kAdd, 8.0},                 {4, c.pulseWidth[1], kAdd, 0.5},
+        {5, c.phaseIncrement[1], kAdd, 24.0},      {6, c.mixerLevel[0], kAdd, 1.0},
+        {7, c.mixerLevel[1], kAdd, 1.0},           {8, c.mixerLevel[2], kAdd, 1.0},
+        {9, c.mixerLevel[3], kAdd, 1.0},           {10, c.saturationLevel, kPower, 40.0},
+        {11, c.cutoff, kAdd, 64.0},                {12, c.resonance, kAdd, 0.5},
+        {13, c.ampGain, kGain, 0.0},               {14, &e.envelope(0).attackTime(), kPower, 10000.0},
+        {15, &e.envelope(0).decayTime(), kPower, 10000.0}, {16, &e.envelope(0).sustainLevel(), kAdd, 1.0},
+        {17, &e.envelope(0).releaseTime(), kPower, 10000.0}, {18, &e.envelope(1).attackTime(), kPower, 10000.0},
+        {19, &e.envelope(1).decayTime(), kPower, 10000.0}, {20, &e.envelope(1).sustainLevel(), kAdd, 1.0},
+        {21, &e.envelope(1).releaseTime(), kPower, 10000.0}, {22, &e.lfo(0).freeRate(), kPower, 2500.0},
+        {23, &e.lfo(0).phaseOffset(), kAdd, 1.0},  {24, &e.lfo(1).freeRate(), kPower, 2500.0},
+        {25, &e.lfo(1).phaseOffset(), kAdd, 1.0},
     };
     e.setSlotSource(0, ModSlots::kConstant);
     e.setSlotDepth(0, static_cast<float>(d));
-    for (const Probe& p : probes) {
+    for (const auto& p : probes) {
         SCOPED_TRACE(p.destination);
+        auto read = [&] {
+            p.target->updateInstances(rig.tick);
+            DspModule* m = p.target->instance(0);
+            if (auto* f = dynamic_cast<OscFrequency*>(m)) return static_cast<double>(f->note());
+            if (auto* t = dynamic_cast<CutoffTarget*>(m)) return static_cast<double>(t->note());
+            return static_cast<double>(m->value());
+        };
         e.setSlotDestination(0, 0);
         rig.block(2);
-        double before = p.value();
+        const double before = read();
         e.setSlotDestination(0, p.destination);
         rig.block(2);
-        double after = p.value();
-        double expected = p.expected(before);
-        EXPECT_NEAR(after, expected, std::fabs(expected) * 2e-4 + 1e-5);
+        const double expected = p.change == kAdd ? before + p.k * d
+                                : p.change == kPower ? before * std::pow(p.k, d) : before * (1.0 + d);
+        EXPECT_NEAR(read(), expected, std::fabs(expected) * 2e-4 + 1e-5);
     }
 }
 
