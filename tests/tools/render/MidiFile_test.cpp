@@ -69,6 +69,12 @@ void expectEvents(const MidiFile& file, const std::vector<Expected>& expected) {
     }
 }
 
+// Reads a file that must be accepted.
+void readValid(MidiFile& file, const Bytes& bytes) {
+    std::string error;
+    ASSERT_TRUE(file.read(bytes.data(), bytes.size(), error)) << error;
+}
+
 TEST(MidiFile, FormatZeroWithRunningStatusAndTempoChange) {
     // 96 ticks per quarter. 120 bpm: 1/192 s per tick; from tick 192 on, 60 bpm: 1/96 s per tick.
     Track t;
@@ -81,9 +87,7 @@ TEST(MidiFile, FormatZeroWithRunningStatusAndTempoChange) {
         .at(0, {7})              // running status with one data byte
         .end(96);                // tick 384 = 3.0 s
     MidiFile file;
-    std::string error;
-    const Bytes bytes = smf(0, 96, {t});
-    ASSERT_TRUE(file.read(bytes.data(), bytes.size(), error)) << error;
+    readValid(file, smf(0, 96, {t}));
     EXPECT_EQ(file.format(), 0);
     EXPECT_EQ(file.trackCount(), 1);
     expectEvents(file, {{0.0, {0x90, 60, 100}},
@@ -115,9 +119,7 @@ TEST(MidiFile, FormatOneMergesTracksThroughOneTempoMap) {
         .tempo(240, 300000)
         .end(1200);                           // tick 2400
     MidiFile file;
-    std::string error;
-    const Bytes bytes = smf(1, 480, {conductor, melody, other});
-    ASSERT_TRUE(file.read(bytes.data(), bytes.size(), error)) << error;
+    readValid(file, smf(1, 480, {conductor, melody, other}));
     EXPECT_EQ(file.format(), 1);
     EXPECT_EQ(file.trackCount(), 3);
     expectEvents(file, {{0.6, {0x90, 69, 90}},
@@ -135,9 +137,7 @@ TEST(MidiFile, TimeCodeDivisionIgnoresTempo) {
     t.tempo(0, 250000).at(1500, {0x90, 60, 1}).end(500);
     const std::uint16_t division = static_cast<std::uint16_t>((0x100 - 25) << 8 | 40);
     MidiFile file;
-    std::string error;
-    const Bytes bytes = smf(0, division, {t});
-    ASSERT_TRUE(file.read(bytes.data(), bytes.size(), error)) << error;
+    readValid(file, smf(0, division, {t}));
     expectEvents(file, {{1.5, {0x90, 60, 1}}});
     EXPECT_NEAR(file.lengthSeconds(), 2.0, 1e-9);
 }
@@ -152,8 +152,7 @@ TEST(MidiFile, SkipsUnknownChunksAndIgnoresBytesAfterEndOfTrack) {
     bytes.insert(bytes.end(), extra.begin(), extra.end());
     bytes.insert(bytes.end(), track.begin(), track.end());
     MidiFile file;
-    std::string error;
-    ASSERT_TRUE(file.read(bytes.data(), bytes.size(), error)) << error;
+    readValid(file, bytes);
     expectEvents(file, {{0.0, {0x90, 60, 1}}});
     EXPECT_NEAR(file.lengthSeconds(), 0.5, 1e-9);
 }
@@ -209,8 +208,8 @@ TEST(MidiFile, EveryTruncationOfAValidFileIsRefused) {
     b.at(0, {0x90, 60, 100}).at(10, {62, 100}).at(0, {0xF0, 2, 1, 0xF7}).at(200, {0xE0, 0, 64}).end(10);
     const Bytes whole = smf(1, 96, {a, b});
     MidiFile file;
+    readValid(file, whole);
     std::string error;
-    ASSERT_TRUE(file.read(whole.data(), whole.size(), error)) << error;
     for (std::size_t size = 0; size < whole.size(); ++size) {
         // A copy of exactly this size, so that reading past it is a fault a sanitizer would see.
         const Bytes part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
