@@ -40,8 +40,10 @@ protected:
         plugin.host.calls.clear();
     }
     void TearDown() override {
-        editor().setKnobMode(kCircularKnobMode);
-        if (plugin.effect) plugin.dispatch(vst2::effEditClose);
+        if (plugin.effect) {  // a test may have closed the plug-in
+            editor().setKnobMode(kCircularKnobMode);
+            plugin.dispatch(vst2::effEditClose);
+        }
         installPlatform(nullptr);
     }
 
