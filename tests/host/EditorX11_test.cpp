@@ -336,6 +336,27 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     dispatch(vst2::effEditClose);
 }
 
+// A host whose idle comes late: the whole drag is over before the press is handled. The knob still ends
+// where the pointer was let go.
+TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
+    ASSERT_EQ(openEditor(), 1);
+    ASSERT_TRUE(pageShown(1));
+    const float before = effect->getParameter(effect, 2);
+    {
+        User me;
+        Point knob = onScreen(Point{65, 54});
+        me.moveTo(knob);
+        me.button(true);
+        me.moveTo(Point{knob.h, knob.v - 30});
+        me.button(false);
+    }
+    ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the press was not handled";
+    std::vector<HostCall> knobCalls = callsFor(2);
+    EXPECT_EQ(knobCalls.front().opcode, vst2::audioMasterBeginEdit);
+    EXPECT_NEAR(lastAutomated(2), std::min(1.0f, before + 0.15f), 1e-5);
+    dispatch(vst2::effEditClose);
+}
+
 TEST_F(EditorInHostWindow, TypingIntoTheNameFieldRenamesTheProgramAndGivesTheKeyboardBack) {
     ASSERT_EQ(openEditor(), 1);
     ASSERT_TRUE(pageShown(1));
