@@ -1,5 +1,6 @@
 #include "editor/ListMenuWidget.h"
 
+#include "editor/EditorSkin.h"
 #include "editor/MenuTables.h"
 
 namespace tolvane {
@@ -26,8 +27,7 @@ const char* ListMenuWidget::closedText() const { return table_.closed[static_cas
 
 void ListMenuWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    auto* menu = new ListMenuControl(Rect{position_.h, position_.v, position_.h + table_.width, position_.v + 12},
-                                     *this, index_);
+    auto* menu = new ListMenuControl(area(position_.h, position_.v, table_.width, 12), *this, index_);
     applyTextLook(*menu, table_.align);
     menu->setItemsPerColumn(table_.itemsPerColumn);
     menu_ = addControl(menu);

@@ -31,6 +31,9 @@ public:
     // A value from outside: stored, and shown while attached.
     virtual void setValue(float value);
 
+    // Gives a text display the editor's text look.
+    static void applyTextLook(TextDisplay& display, int align);
+
     int index() const { return index_; }
     float value() const { return value_; }
     bool isAttached() const { return frame_ != nullptr; }
@@ -48,8 +51,6 @@ protected:
     // Draws a control that changed at once (a change made by the user shows while the mouse is held).
     void redrawNow(Control* control);
     BitmapResource* bitmap(int id) const;
-    // Gives a text display the editor's text look.
-    static void applyTextLook(TextDisplay& display, int align);
 
     SynthEditor& editor_;
     const int index_;

@@ -5,6 +5,7 @@
 #include "editor/EditorSkin.h"
 #include "editor/WidgetFrame.h"
 #include "gui/BitmapResource.h"
+#include "gui/EditorFrame.h"
 
 namespace tolvane {
 namespace {
@@ -118,14 +119,16 @@ void SynthEditor::pullChanges(WidgetFrame& frame) {
     frame.showProgramNumber(controller_.getProgram());
 }
 
+// Keys go to the control that has the focus (the knob pressed last) and to nothing else: a key that no
+// control of this editor wants is the host's.
 std::int32_t SynthEditor::onKeyDown(const KeyCode& key) {
-    if (!frame_ || (!frame_->getFocusView() && !frame_->getModalView())) return -1;
-    return EditorBase::onKeyDown(key);
+    View* focus = frame_ ? frame_->getFocusView() : nullptr;
+    return focus ? focus->onKeyDown(key) : -1;
 }
 
 std::int32_t SynthEditor::onKeyUp(const KeyCode& key) {
-    if (!frame_ || (!frame_->getFocusView() && !frame_->getModalView())) return -1;
-    return EditorBase::onKeyUp(key);
+    View* focus = frame_ ? frame_->getFocusView() : nullptr;
+    return focus ? focus->onKeyUp(key) : -1;
 }
 
 // ---------------------------------------------------------------------------------------------

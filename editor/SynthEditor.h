@@ -15,6 +15,7 @@
 #include <cstdint>
 
 #include "editor/AtomicText.h"
+#include "editor/EditorSkin.h"
 #include "editor/SynthController.h"
 #include "gui/EditorBase.h"
 #include "params/ParameterIds.h"
@@ -28,8 +29,8 @@ class WidgetFrame;
 
 class SynthEditor : public EditorBase {
 public:
-    static constexpr int kWidth = 718;
-    static constexpr int kHeight = 310;
+    static constexpr int kWidth = kEditorWidth;
+    static constexpr int kHeight = kEditorHeight;
     static constexpr int kStatusTextSize = 64;
     static constexpr int kStartupTextLength = 31;
 
@@ -42,8 +43,7 @@ public:
     std::int32_t open(void* parentWindow) override;
     void close() override;
     void idle() override;
-    // Keys reach the control last pressed (a knob turns with the arrows) or the open overlay; any other
-    // key is left to the host.
+    // Keys reach the control last pressed (a knob turns with the arrows); any other key is the host's.
     std::int32_t onKeyDown(const KeyCode& key) override;
     std::int32_t onKeyUp(const KeyCode& key) override;
     bool isOpen() const { return frame_ != nullptr; }
@@ -95,7 +95,7 @@ private:
     char startup2_[32] = {};
 
     // GUI thread only.
-    std::array<BitmapResource*, 24> bitmaps_{};
+    std::array<BitmapResource*, skin::kBitmapCount> bitmaps_{};
     std::uint64_t shownNameVersion_ = 0;
     std::uint64_t shownStatusVersion_ = 0;
 };

@@ -74,12 +74,8 @@ void WidgetFrame::addFixedControls() {
     for (int line = 0; line < 2; ++line) {
         const int top = line == 0 ? 263 : 276;
         auto* status = new TextField(Rect{401, top, 557, top + 12}, nullptr, line, "", nullptr, 0);
-        status->setFont(kTextFont);
-        status->setFontColor(kTextColour);
-        status->setBackColor(kTextBackColour);
-        status->setFrameColor(kTextFrameColour);
-        status->setHorizontalAlign(kTextAlignLeft);
-        status->setMouseEnabled(false);
+        ParamWidget::applyTextLook(*status, kTextAlignLeft);
+        status->setMouseEnabled(false);  // shows text, never takes a press or the focus
         status_[line] = status;
         addView(status);
     }

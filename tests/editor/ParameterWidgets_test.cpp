@@ -109,6 +109,11 @@ TEST_F(KnobTest, ArrowKeysTurnTheKnobLastPressedAndNothingElse) {
     EXPECT_NEAR(lastAutomated(2), 0.6f, 1e-6);
     EXPECT_EQ(plugin.dispatch(vst2::effEditKeyDown, 0, virtRight, nullptr, kKeyModifierShift), 1);
     EXPECT_NEAR(lastAutomated(2), 0.61f, 1e-6);
+    // While the name is being edited, keys from the host move no knob.
+    press(Point{420, 299});
+    plugin.host.calls.clear();
+    EXPECT_EQ(plugin.dispatch(vst2::effEditKeyDown, 0, virtRight, nullptr, 0.0f), -1);
+    EXPECT_EQ(plugin.host.count(vst2::audioMasterAutomate), 0);
 }
 
 // ---- button rows
