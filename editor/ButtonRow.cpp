@@ -8,11 +8,11 @@ namespace tolvane {
 
 void ButtonRow::attach(EditorFrame& frame, SynthEditor& editor, ControlListener* listener, std::int32_t tagBase) {
     if (isAttached()) return;
-    on_.resize(specs_.size(), false);
-    for (std::size_t i = 0; i < specs_.size(); ++i) {
-        const ButtonSpec& spec = specs_[i];
-        auto* button = new ToggleButton(spec.area, listener, tagBase + static_cast<std::int32_t>(i),
-                                        editor.bitmap(spec.bitmap), Point{spec.column, 0});
+    on_.resize(places_.size(), false);
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const ButtonPlace& place = places_[i];
+        auto* button = new ToggleButton(place.area, listener, tagBase + static_cast<std::int32_t>(i),
+                                        editor.bitmap(place.bitmap), Point{place.column, 0});
         button->setValue(on_[i] ? 1.0f : 0.0f);
         frame.addView(button);
         buttons_.push_back(button);
@@ -37,7 +37,7 @@ ToggleButton* ButtonRow::button(int position) const {
 
 void ButtonRow::setOn(int position, bool on) {
     if (position < 0 || position >= size()) return;
-    on_.resize(specs_.size(), false);
+    on_.resize(places_.size(), false);
     on_[static_cast<std::size_t>(position)] = on;
     if (ToggleButton* b = button(position)) b->setValue(on ? 1.0f : 0.0f);
 }
@@ -57,7 +57,7 @@ void ButtonRow::showBits(int bits) {
 
 void ButtonRow::setColumn(int position, int column) {
     if (position < 0 || position >= size()) return;
-    specs_[static_cast<std::size_t>(position)].column = column;
+    places_[static_cast<std::size_t>(position)].column = column;
     if (ToggleButton* b = button(position)) b->setOffset(Point{column, 0});
 }
 

@@ -14,7 +14,7 @@ class EditorFrame;
 class SynthEditor;
 class ToggleButton;
 
-struct ButtonSpec {
+struct ButtonPlace {
     Rect area;
     int bitmap;  // resource id: the upper row of the bitmap is "off", the lower row "on"
     int column;  // x of the button's column in the bitmap
@@ -22,9 +22,9 @@ struct ButtonSpec {
 
 class ButtonRow {
 public:
-    void add(const ButtonSpec& spec) { specs_.push_back(spec); }
-    int size() const { return static_cast<int>(specs_.size()); }
-    const ButtonSpec& spec(int position) const { return specs_[static_cast<std::size_t>(position)]; }
+    void add(const ButtonPlace& place) { places_.push_back(place); }
+    int size() const { return static_cast<int>(places_.size()); }
+    const ButtonPlace& place(int position) const { return places_[static_cast<std::size_t>(position)]; }
 
     // Creates the buttons, tagged tagBase + position, and adds them to the frame.
     void attach(EditorFrame& frame, SynthEditor& editor, ControlListener* listener, std::int32_t tagBase);
@@ -46,7 +46,7 @@ public:
     void redrawChanged(EditorFrame& frame);
 
 private:
-    std::vector<ButtonSpec> specs_;
+    std::vector<ButtonPlace> places_;
     std::vector<ToggleButton*> buttons_;
     std::vector<bool> on_;  // kept while detached, shown when attached
 };

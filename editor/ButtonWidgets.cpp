@@ -8,7 +8,7 @@ namespace tolvane {
 
 // ---- switch
 
-SwitchWidget::SwitchWidget(SynthEditor& editor, int index, const ButtonSpec& button) : ParamWidget(editor, index) {
+SwitchWidget::SwitchWidget(SynthEditor& editor, int index, const ButtonPlace& button) : ParamWidget(editor, index) {
     row_.add(button);
     row_.setOn(0, switchOn(value_));
 }

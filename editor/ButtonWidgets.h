@@ -16,7 +16,7 @@ class ToggleButton;
 // An on/off button: on for values of 0.5 and above; sends 1.0 or 0.0.
 class SwitchWidget : public ParamWidget {
 public:
-    SwitchWidget(SynthEditor& editor, int index, const ButtonSpec& button);
+    SwitchWidget(SynthEditor& editor, int index, const ButtonPlace& button);
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
@@ -36,8 +36,8 @@ public:
 
     ButtonGroupWidget(SynthEditor& editor, int index, RowKind firstKind, RowKind secondKind);
 
-    void addFirst(const ButtonSpec& button) { first_.add(button); }
-    void addSecond(const ButtonSpec& button) { second_.add(button); }
+    void addFirst(const ButtonPlace& button) { first_.add(button); }
+    void addSecond(const ButtonPlace& button) { second_.add(button); }
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
@@ -68,14 +68,14 @@ private:
 class RadioWidget : public ButtonGroupWidget {
 public:
     RadioWidget(SynthEditor& editor, int index) : ButtonGroupWidget(editor, index, RowKind::choice, RowKind::choice) {}
-    void add(const ButtonSpec& button) { addFirst(button); }
+    void add(const ButtonPlace& button) { addFirst(button); }
 };
 
 // One row of independent bits.
 class BitFieldWidget : public ButtonGroupWidget {
 public:
     BitFieldWidget(SynthEditor& editor, int index) : ButtonGroupWidget(editor, index, RowKind::bits, RowKind::bits) {}
-    void add(const ButtonSpec& button) { addFirst(button); }
+    void add(const ButtonPlace& button) { addFirst(button); }
 };
 
 // Two single-choice rows.

@@ -29,7 +29,7 @@ struct Row {
 template <typename AddButton>
 void addRow(const Row& row, AddButton add) {
     auto column = row.columns.begin();
-    for (Point p : row.at) add(ButtonSpec{area(p.h, p.v, row.width, row.height), row.bitmap, *column++});
+    for (Point p : row.at) add(ButtonPlace{area(p.h, p.v, row.width, row.height), row.bitmap, *column++});
 }
 
 class PageBuilder {
@@ -39,24 +39,24 @@ public:
     void knob(int index, int x, int y, int strip = kKnobStrip) {
         page_.add(std::make_unique<KnobWidget>(editor_, index, Point{x, y}, strip));
     }
-    void toggle(int index, const ButtonSpec& button) { page_.add(std::make_unique<SwitchWidget>(editor_, index, button)); }
+    void toggle(int index, const ButtonPlace& button) { page_.add(std::make_unique<SwitchWidget>(editor_, index, button)); }
     void radio(int index, const Row& row) {
         auto* w = page_.add(std::make_unique<RadioWidget>(editor_, index));
-        addRow(row, [w](const ButtonSpec& b) { w->add(b); });
+        addRow(row, [w](const ButtonPlace& b) { w->add(b); });
     }
     void bits(int index, const Row& row) {
         auto* w = page_.add(std::make_unique<BitFieldWidget>(editor_, index));
-        addRow(row, [w](const ButtonSpec& b) { w->add(b); });
+        addRow(row, [w](const ButtonPlace& b) { w->add(b); });
     }
     void radioPair(int index, const Row& first, const Row& second) {
         auto* w = page_.add(std::make_unique<RadioPairWidget>(editor_, index));
-        addRow(first, [w](const ButtonSpec& b) { w->addFirst(b); });
-        addRow(second, [w](const ButtonSpec& b) { w->addSecond(b); });
+        addRow(first, [w](const ButtonPlace& b) { w->addFirst(b); });
+        addRow(second, [w](const ButtonPlace& b) { w->addSecond(b); });
     }
     void radioBits(int index, const Row& radio, const Row& bits) {
         auto* w = page_.add(std::make_unique<RadioBitsWidget>(editor_, index));
-        addRow(radio, [w](const ButtonSpec& b) { w->addFirst(b); });
-        addRow(bits, [w](const ButtonSpec& b) { w->addSecond(b); });
+        addRow(radio, [w](const ButtonPlace& b) { w->addFirst(b); });
+        addRow(bits, [w](const ButtonPlace& b) { w->addSecond(b); });
     }
     void menu(int index, const MenuTable& table, int x, int y) {
         page_.add(std::make_unique<ListMenuWidget>(editor_, index, table, Point{x, y}));
@@ -86,7 +86,7 @@ void addPage1Widgets(WidgetPage& page, SynthEditor& editor) {
     // OSC1
     b.radioPair(0, Row{10, 12, kQuality, {{8, 80}, {18, 80}, {28, 80}}, {0, 10, 20}},
                 Row{15, 12, kWaveforms, {{8, 38}, {23, 38}, {8, 50}, {23, 50}}, {0, 15, 30, 45}});
-    b.toggle(1, ButtonSpec{area(8, 102, 30, 12), kSync, 0});
+    b.toggle(1, ButtonPlace{area(8, 102, 30, 12), kSync, 0});
     b.knob(2, 54, 43);
     b.knob(3, 54, 99);
     b.knob(4, 96, 99);
@@ -118,7 +118,7 @@ void addPage1Widgets(WidgetPage& page, SynthEditor& editor) {
     b.knob(27, 264, 174);
     b.knob(28, 264, 223);
     // Filter
-    b.toggle(29, ButtonSpec{area(302, 9, 16, 12), kOnOffSwitch, 0});
+    b.toggle(29, ButtonPlace{area(302, 9, 16, 12), kOnOffSwitch, 0});
     b.filterType(30);
     b.knob(31, 348, 43);
     b.radio(32, Row{12, 10, kSaturationCurves, {{341, 69}, {353, 69}, {365, 69}}, {0, 12, 24}});
@@ -161,8 +161,8 @@ void addPage1Widgets(WidgetPage& page, SynthEditor& editor) {
         b.knob(first + 3, x + 4, 223);
     }
     // Effect
-    b.toggle(65, ButtonSpec{area(638, 9, 16, 12), kOnOffSwitch, 0});
-    b.toggle(66, ButtonSpec{area(638, 72, 30, 12), kLfoModes, 60});
+    b.toggle(65, ButtonPlace{area(638, 9, 16, 12), kOnOffSwitch, 0});
+    b.toggle(66, ButtonPlace{area(638, 72, 30, 12), kLfoModes, 60});
     b.knob(67, 684, 43);
     b.knob(68, 642, 43);
     b.knob(69, 684, 88);
@@ -203,8 +203,8 @@ void addPage2Widgets(WidgetPage& page, SynthEditor& editor) {
 void addStripWidgets(WidgetPage& strip, SynthEditor& editor) {
     PageBuilder b(strip, editor);
     b.number(param::NumberOfVoices, numbers::voices, 13, 278);
-    b.toggle(param::Unison, ButtonSpec{area(52, 269, 36, 12), kUnisonLegato, 0});
-    b.toggle(param::Legato, ButtonSpec{area(52, 290, 36, 12), kUnisonLegato, 36});
+    b.toggle(param::Unison, ButtonPlace{area(52, 269, 36, 12), kUnisonLegato, 0});
+    b.toggle(param::Legato, ButtonPlace{area(52, 290, 36, 12), kUnisonLegato, 36});
     b.knob(param::VoiceDetune, 117, 279, kModKnobStrip);
     b.knob(param::Portamento, 170, 279, kModKnobStrip);
     b.knob(param::OutputVolume, 223, 279, kModKnobStrip);

@@ -12,10 +12,10 @@ constexpr int kSlopeWidth = 15;
 
 FilterTypeWidget::FilterTypeWidget(SynthEditor& editor, int index) : ParamWidget(editor, index) {
     const int typeY[4] = {38, 50, 62, 74};
-    for (int i = 0; i < 4; ++i) types_.add(ButtonSpec{area(302, typeY[i], 30, 12), skin::kFilterTypes, 30 * i});
+    for (int i = 0; i < 4; ++i) types_.add(ButtonPlace{area(302, typeY[i], 30, 12), skin::kFilterTypes, 30 * i});
     const Point slopeAt[4] = {{302, 96}, {317, 96}, {302, 108}, {317, 108}};
     for (int i = 0; i < 4; ++i)
-        slopes_.add(ButtonSpec{area(slopeAt[i].h, slopeAt[i].v, kSlopeWidth, 12), skin::kFilterSlopes, kSlopeWidth * i});
+        slopes_.add(ButtonPlace{area(slopeAt[i].h, slopeAt[i].v, kSlopeWidth, 12), skin::kFilterSlopes, kSlopeWidth * i});
     const int c = quantise(value_, kCodes);
     type_ = c / 4;
     slope_ = c % 4;

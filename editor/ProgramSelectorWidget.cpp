@@ -55,7 +55,7 @@ void ProgramMenuControl::takeFocus(Canvas* canvas) {
 
 ProgramSelectorWidget::ProgramSelectorWidget(SynthEditor& editor) : ParamWidget(editor, -1) {
     const Point at[4] = {{271, 277}, {283, 277}, {271, 289}, {283, 289}};
-    for (int i = 0; i < 4; ++i) banks_.add(ButtonSpec{area(at[i].h, at[i].v, 12, 12), skin::kBankButtons, 12 * i});
+    for (int i = 0; i < 4; ++i) banks_.add(ButtonPlace{area(at[i].h, at[i].v, 12, 12), skin::kBankButtons, 12 * i});
 }
 
 void ProgramSelectorWidget::attach(EditorFrame& frame) {

@@ -288,10 +288,8 @@ TEST_F(CustomWidgetsTest, FileMenuCommandsReachThePlugIn) {
     EXPECT_TRUE(pressedWhileOpen);
     EXPECT_TRUE(shows(skin::kPageTabsAndFile, area(674, 290, 36, 12), Point{90, 0}));
     EXPECT_EQ(plugin.dialogs->saves, 1);
-    choose("Load Bank...");
-    EXPECT_EQ(plugin.dialogs->loads, 1);
     choose("Load Controller Map...");
-    EXPECT_EQ(plugin.dialogs->loads, 2);
+    EXPECT_EQ(plugin.dialogs->loads, 1);
     EXPECT_EQ(plugin.dialogs->saves, 1);
 }
 

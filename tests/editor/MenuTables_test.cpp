@@ -4,10 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "params/Mappings.h"
-#include "params/ParameterNames.h"
 
 namespace tolvane {
 namespace {
@@ -48,23 +45,6 @@ TEST(MenuTables, EveryOptionShowsAnEntryThatSendsItOrItsStandIn) {
         EXPECT_EQ(e.table.text[0], "(not assigned)");
         EXPECT_EQ(e.table.option[1], MenuTable::kSeparator);
     }
-}
-
-TEST(MenuTables, TargetsFollowThePanelsAndShowLongNames) {
-    const MenuTable& t = menus::target();
-    // After "(not assigned)" and its separator: OSC1's twelve parameters, a separator, OSC2's.
-    for (int p = 0; p < 12; ++p) EXPECT_EQ(t.option[static_cast<std::size_t>(2 + p)], p);
-    EXPECT_EQ(t.option[14], MenuTable::kSeparator);
-    EXPECT_EQ(t.option[15], 12);
-    // The slot depths and sensitivities interleave, then the voice settings end the list.
-    const int slotsStart = t.entryOf[83];
-    for (int slot = 0; slot < 8; ++slot) {
-        EXPECT_EQ(t.option[static_cast<std::size_t>(slotsStart + 2 * slot)], 83 + slot);
-        EXPECT_EQ(t.option[static_cast<std::size_t>(slotsStart + 2 * slot + 1)], 91 + slot);
-    }
-    EXPECT_EQ(t.option.back(), 82);
-    EXPECT_EQ(t.text.back(), "Output Voulme");
-    EXPECT_EQ(t.closed[static_cast<std::size_t>(t.entryOf[33])], parameterLongName(33));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 // dies), so a crashed run leaves no server behind.
 #pragma once
 
-#include <X11/Xlib.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -11,6 +10,13 @@
 
 #include <cstdlib>
 #include <string>
+
+// Xlib's own header defines macros that clash with other headers; these two calls are all that is needed.
+extern "C" {
+struct _XDisplay;
+_XDisplay* XOpenDisplay(const char* name);
+int XCloseDisplay(_XDisplay* display);
+}
 
 namespace tolvane::testing {
 
@@ -73,7 +79,7 @@ public:
 
 private:
     static bool canOpen() {
-        Display* display = XOpenDisplay(nullptr);
+        _XDisplay* display = XOpenDisplay(nullptr);
         if (!display) return false;
         XCloseDisplay(display);
         return true;
