@@ -84,10 +84,6 @@ TEST_F(CustomWidgetsTest, NumberSelectorsStepWithinTheirRange) {
     EXPECT_TRUE(digitsShow(voices, 2));
 
     frame().selectPage(1);
-    hostSets(124, 0.1f);  // bend range 2
-    EXPECT_TRUE(digitsShow(Point{13, 123}, 2));
-    press(Point{28, 143});
-    EXPECT_FLOAT_EQ(lastAutomated(124), 3.5f / 25);
     hostSets(125, 1.0f);  // channel 16
     press(Point{18, 61});
     EXPECT_FLOAT_EQ(lastAutomated(125), 15.5f / 17);
@@ -328,24 +324,10 @@ TEST_F(CustomWidgetsTest, TheAboutOverlayIsModalUntilItsImageIsClicked) {
     const Rect image = area(266, 60, 186, 142);
     click(600, 275);
     EXPECT_TRUE(shows(skin::kAboutImage, image, Point{0, 0}));
-    plugin.host.calls.clear();
-    press(Point{65, 54}, kLeftButton, {PointerStep{Point{65, 20}, kLeftButton}});  // a knob outside the image
-    EXPECT_TRUE(automated(2).empty());
     click(300, 100);
     EXPECT_FALSE(shows(skin::kAboutImage, image, Point{0, 0}));
     EXPECT_TRUE(shows(skin::kKnobStrip, area(348, 99, 22, 22),
                       Point{0, 22 * static_cast<int>(127.0 * editor().value(33))}));
-}
-
-TEST_F(CustomWidgetsTest, StatusLinesShowWhatThePlugInReports) {
-    hostSets(2, 0.25f);
-    EXPECT_STREQ(frame().statusLine(0)->text(), "OSC1 Pulse Width");
-    EXPECT_EQ(frame().statusLine(1)->text(), statusLine(1));
-    EXPECT_NE(std::string(frame().statusLine(1)->text()), "");
-    plugin.dispatch(vst2::effSetProgram, 0, 130);
-    editor().idle();
-    EXPECT_STREQ(frame().statusLine(0)->text(), "Program B-3");
-    EXPECT_STREQ(frame().statusLine(1)->text(), "");
 }
 
 }  // namespace

@@ -43,6 +43,11 @@ TEST_F(SynthEditorTest, OpensOnPageOneWithTheStartupTextsEveryTime) {
     EXPECT_STREQ(frame().statusLine(0)->text(), "Tolvane2");
     EXPECT_STREQ(frame().statusLine(1)->text(), "Version 2.0");
 
+    // The status lines show what the plug-in reports.
+    plugin.dispatch(vst2::effSetProgram, 0, 130);
+    editor().idle();
+    EXPECT_STREQ(frame().statusLine(0)->text(), "Program B-3");
+    EXPECT_STREQ(frame().statusLine(1)->text(), "");
     hostSets(2, 0.4f);
     frame().selectPage(1);
     EXPECT_STREQ(frame().statusLine(0)->text(), "OSC1 Pulse Width");
