@@ -65,6 +65,7 @@ TEST_F(SynthEditorTest, OpeningAndClosingFiftyTimesLeavesNothingBehind) {
         plugin.dispatch(vst2::effEditClose);
         ASSERT_EQ(platform.windowsAlive(), 0) << i;
         ASSERT_EQ(plugin.dispatch(vst2::effEditOpen, 0, 0, &parentToken), 1) << i;
+        window = platform.window();
         editor().idle();
         ASSERT_EQ(frame().getViewCount(), views) << i;
         if (i % 10 == 0) {
