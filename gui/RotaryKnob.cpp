@@ -155,12 +155,12 @@ void RotaryKnob::onMouseDown(Canvas& canvas, Point where) {
     float lastDelta = 0.0f;
     // Circular: the value follows the angle, but a jump of more than half the range between two polls
     // means the pointer crossed the gap, and the value stays at the end it came from.
-    Point pressPoint = relative(where);
-    float reference = valueFromPoint(pressPoint);
+    float reference = linear ? value_ : circularDragValue(relative(where), pressButtons);
     Point previous = where;
 
     beginEdit();
     if (frame_) frame_->setFocusView(this);
+    dragStarted(canvas, pressButtons);
 
     trackMouse(canvas, where, [&](Point p, int buttons) {
         if (p == previous) return;
@@ -179,8 +179,7 @@ void RotaryKnob::onMouseDown(Canvas& canvas, Point where) {
             lastDelta = delta;
             clampValue();
         } else {
-            Point r = relative(p);
-            float next = valueFromPoint(r);
+            float next = circularDragValue(relative(p), buttons);
             float half = (max_ - min_) / 2.0f;
             if (next - reference < -half) {
                 value_ = max_;
@@ -196,6 +195,10 @@ void RotaryKnob::onMouseDown(Canvas& canvas, Point where) {
 
     endEdit();
 }
+
+float RotaryKnob::circularDragValue(Point where, int) { return valueFromPoint(where); }
+
+void RotaryKnob::dragStarted(Canvas&, int) {}
 
 std::int32_t RotaryKnob::onKeyDown(const KeyCode& key) {
     float direction;

@@ -37,6 +37,11 @@ protected:
     ~RotaryKnob() override;
     // Recomputes the gap, slope and offset from the angles and the current range of values.
     void computeAngles() const;
+    // The value a circular drag takes at a point (relative to the knob's top-left) with these buttons held;
+    // the first call of a press gives the reference value. By default the value under the point.
+    virtual float circularDragValue(Point where, int buttons);
+    // Called once a drag has begun (after the begin-edit), with the buttons of the press.
+    virtual void dragStarted(Canvas& canvas, int buttons);
 
     Color handleColor_ = kWhiteColor;
     Color shadowColor_ = kGreyColor;

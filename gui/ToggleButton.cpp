@@ -17,6 +17,12 @@ void ToggleButton::draw(Canvas& canvas) {
         background_->draw(canvas, bounds_, source);
 }
 
+void ToggleButton::setOffset(Point offset) {
+    if (offset == offset_) return;
+    offset_ = offset;
+    setDirty(true);
+}
+
 void ToggleButton::onMouseDown(Canvas& canvas, Point) {
     if (!(canvas.getMouseButtons() & kLeftButton)) return;
     value_ = static_cast<int>(value_) == 0 ? 1.0f : 0.0f;

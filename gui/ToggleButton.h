@@ -14,6 +14,10 @@ public:
     void draw(Canvas& canvas) override;
     void onMouseDown(Canvas& canvas, Point where) override;
 
+    // Moves the button to another column of its bitmap (a button whose picture depends on another choice).
+    void setOffset(Point offset);
+    Point getOffset() const { return offset_; }
+
 private:
     Point offset_;
 };

@@ -1,11 +1,16 @@
 // The module's entry point: hosts call VSTPluginMain (older ones main) with their callback and get the
 // plug-in's effect record. Nothing is created for a host that does not answer the version query.
+// The first plug-in made installs the native window platform that every editor of this module uses.
 #include <new>
 
 #include "host/SynthPlugin.h"
 
 #if defined(__linux__)
 #include "platform/linux/ZenityFileDialogs.h"
+#endif
+#if defined(TOLVANE_LINUX_EDITOR)
+#include "gui/Platform.h"
+#include "platform/linux/LinuxPlatform.h"
 #endif
 
 #if defined(_WIN32)
@@ -24,8 +29,16 @@ std::unique_ptr<tolvane::FileDialogs> platformFileDialogs() {
 #endif
 }
 
+void installWindowPlatform() {
+#if defined(TOLVANE_LINUX_EDITOR)
+    static const bool installed = (tolvane::installPlatform(&tolvane::linuxPlatform()), true);
+    (void)installed;
+#endif
+}
+
 vst2::AEffect* createEffect(vst2::HostCallback host) {
     if (!host) return nullptr;
+    installWindowPlatform();
     if (host(nullptr, vst2::audioMasterVersion, 0, 0, nullptr, 0.0f) == 0) return nullptr;
     try {
         auto* plugin = new tolvane::SynthPlugin(host, platformFileDialogs());

@@ -46,24 +46,25 @@ public:
 
 }  // namespace
 
-// The dispatcher's view of the editor.
+// The dispatcher's view of the editor: the host's records and key codes to the editor's and back.
 class SynthPlugin::EditorAdapter : public PluginEditor {
 public:
     explicit EditorAdapter(SynthEditor& editor) : editor_(editor) {}
     vst2::intptr getRect(vst2::ERect** rect) override {
-        int top, left, bottom, right;
-        editor_.getRect(top, left, bottom, right);
-        rect_ = vst2::ERect{static_cast<std::int16_t>(top), static_cast<std::int16_t>(left),
-                            static_cast<std::int16_t>(bottom), static_cast<std::int16_t>(right)};
+        EditorRect* size = nullptr;
+        editor_.getRect(&size);
+        if (size) rect_ = vst2::ERect{size->top, size->left, size->bottom, size->right};
         if (rect) *rect = &rect_;
         return 1;
     }
     vst2::intptr open(void* parentWindow) override { return editor_.open(parentWindow) ? 1 : 0; }
     void close() override { editor_.close(); }
     void idle() override { editor_.idle(); }
-    vst2::intptr keyDown(const vst2::VstKeyCode&) override { return -1; }
-    vst2::intptr keyUp(const vst2::VstKeyCode&) override { return -1; }
-    vst2::intptr setKnobMode(int) override { return 1; }
+    vst2::intptr keyDown(const vst2::VstKeyCode& key) override { return editor_.onKeyDown(toKeyCode(key)); }
+    vst2::intptr keyUp(const vst2::VstKeyCode& key) override { return editor_.onKeyUp(toKeyCode(key)); }
+    vst2::intptr setKnobMode(int mode) override { return editor_.setKnobMode(mode); }
+
+    static KeyCode toKeyCode(const vst2::VstKeyCode& key) { return KeyCode{key.character, key.virt, key.modifier}; }
 
 private:
     SynthEditor& editor_;
@@ -148,7 +149,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
     pendingSamples_ = 0;
 
     fileCommands_.reset(new FileCommands(*this, *dialogs_));
-    synthEditor_.reset(new SynthEditor(*this));
+    synthEditor_.reset(new SynthEditor(*this, this));
     synthEditor_->showProgramAndMaps(record, maps);
     synthEditor_->setStartupStatus(kEffectName, kVersionLine);
     editorAdapter_.reset(new EditorAdapter(*synthEditor_));
@@ -156,6 +157,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
 }
 
 SynthPlugin::~SynthPlugin() {
+    // A window still open closes with the editor, before anything it shows goes away.
     attachEditor(nullptr);
     editorAdapter_.reset();
     synthEditor_.reset();
@@ -176,6 +178,16 @@ void SynthPlugin::setParameter(int index, float value) {
 }
 
 void SynthPlugin::setParameterAutomated(int index, float value) { PluginBase::setParameterAutomated(index, value); }
+
+void SynthPlugin::beginEdit(int index) {
+    if (index >= 0 && index < kNumParameters) PluginBase::beginEdit(index);
+}
+
+void SynthPlugin::endEdit(int index) {
+    if (index >= 0 && index < kNumParameters) PluginBase::endEdit(index);
+}
+
+void SynthPlugin::registerEditor(EditorBase* editor) { setFlag(vst2::effFlagsHasEditor, editor != nullptr); }
 
 void SynthPlugin::setParameterFromMidi(int index, float value) {
     if (index < 0 || index >= kNumParameters) return;

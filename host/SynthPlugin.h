@@ -16,6 +16,7 @@
 
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
+#include "gui/EditorHost.h"
 #include "host/ParameterInbox.h"
 #include "host/PluginBase.h"
 #include "host/ProgramStore.h"
@@ -32,6 +33,7 @@ class SynthEngine;
 
 class SynthPlugin : public PluginBase,
                     public SynthController,
+                    public EditorHost,
                     private ControllerRouterHost,
                     private FileCommandTarget {
 public:
@@ -66,9 +68,12 @@ public:
 
     // What the editor calls.
     void setParameterAutomated(int index, float value) override;
-    void beginEdit(int index) override { PluginBase::beginEdit(index); }
-    void endEdit(int index) override { PluginBase::endEdit(index); }
+    // Gestures on a parameter (a knob drag) are reported to the host; other tags are not parameters.
+    void beginEdit(int index) override;
+    void endEdit(int index) override;
     void hostIdle() override { masterIdle(); }
+    // The editor announces itself when it is built: the effect record then reports an editor.
+    void registerEditor(EditorBase* editor) override;
 
     // Runs the setter of an index on the engine or the allocator (no editor feedback). Audio thread.
     void applyParameter(int index, float value);

@@ -7,7 +7,7 @@ packages=(
   cmake ninja-build g++ make pkg-config
   libgtest-dev libbenchmark-dev
   clang libclang-rt-14-dev
-  libx11-dev libxtst-dev libcairo2-dev libfontconfig-dev fonts-liberation
+  libx11-dev libxtst-dev libxres-dev libcairo2-dev libfontconfig-dev fonts-liberation
   xvfb
 )
 

@@ -300,8 +300,9 @@ void LinuxWindow::handleEvent(XEvent& event, bool nested) {
     }
 }
 
-// The live pointer, so that a drag loop sees releases and modifier changes as they happen. The first read
-// while a press is being handled also reports the pressed button, in case it was already let go.
+// The live pointer, so that a drag loop sees releases and modifier changes as they happen. Until the
+// pointer position is first read, a press being handled also reports its button, in case it was already
+// let go: a drag that was over before the host's idle came round still reaches the point of release.
 int LinuxWindow::mouseButtons() {
     if (!display_ || destroyed_) return 0;
     Window root = 0, child = 0;
@@ -309,12 +310,11 @@ int LinuxWindow::mouseButtons() {
     unsigned int mask = 0;
     int bits = 0;
     if (XQueryPointer(display_, window_, &root, &child, &rootX, &rootY, &x, &y, &mask)) bits = buttonBits(mask);
-    bits |= pressSeed_;
-    pressSeed_ = 0;
-    return bits;
+    return bits | pressSeed_;
 }
 
 Point LinuxWindow::mousePosition() {
+    pressSeed_ = 0;
     if (!display_ || destroyed_) return Point{};
     Window root = 0, child = 0;
     int rootX = 0, rootY = 0, x = 0, y = 0;

@@ -72,7 +72,7 @@ private:
     cairo_surface_t* windowSurface_ = nullptr;
     Cursor cursors_[7] = {};
     int dispatchDepth_ = 0;
-    int pressSeed_ = 0;  // buttons of the press being handled, for its first poll
+    int pressSeed_ = 0;  // buttons of the press being handled, until the first position poll
     bool exposePending_ = false;
     Rect exposeArea_;
     LinuxTextEdit* edit_ = nullptr;

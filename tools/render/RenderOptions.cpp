@@ -43,6 +43,9 @@ std::string renderUsage() {
            "  --no-tempo           the host reports no tempo\n"
            "  --length SECONDS     output length (default: to the end of the MIDI plus a 2 s release tail)\n"
            "  --format 16|24|float sample format (default: 24)\n"
+           "  --screenshot FILE.png  draw the editor (718 x 310) with the chosen program, file and parameter\n"
+           "                       values into a PNG instead of rendering audio (the built-in synthesizer)\n"
+           "  --page 1|2           the editor page of the screenshot (default: 1)\n"
            "  --help               show this text\n";
 }
 
@@ -139,7 +142,15 @@ bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& opt
             else
                 return refuse("expected 16, 24 or float");
         }
-        else if (name == "--load") {
+        else if (name == "--screenshot") {
+            if (!takeValue()) return false;
+            if (value.empty()) return refuse("expected a path");
+            options.screenshotPath = value;
+        } else if (name == "--page") {
+            if (!takeValue()) return false;
+            if (value != "1" && value != "2") return refuse("expected 1 or 2");
+            options.page = value == "1" ? 1 : 2;
+        } else if (name == "--load") {
             if (!takeValue()) return false;
             options.loadPath = value;
         } else {
@@ -150,6 +161,10 @@ bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& opt
             error = name + " takes no value";
             return false;
         }
+    }
+    if (!options.screenshotPath.empty() && !options.pluginPath.empty()) {
+        error = "--screenshot draws the built-in synthesizer and takes no --plugin";
+        return false;
     }
     return true;
 }

@@ -21,6 +21,8 @@ struct RenderOptions {
     double tempo = 120.0;                           // 0: the host reports no tempo
     double lengthSeconds = -1.0;                    // below 0: to the end of the MIDI plus the release tail
     WavFormat format = WavFormat::Pcm24;
+    std::string screenshotPath;  // not empty: draw the editor into this PNG instead of rendering audio
+    int page = 1;                // the editor page of the screenshot
     bool help = false;
 };
 

@@ -11,6 +11,9 @@
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
 #include "tools/render/DemoPhrase.h"
+#if defined(TOLVANE_SCREENSHOT)
+#include "tools/render/EditorScreenshot.h"
+#endif
 #include "tools/render/MidiFile.h"
 #include "tools/render/RenderOptions.h"
 #include "tools/render/VstHost.h"
@@ -87,6 +90,27 @@ int fail(const std::string& message) {
     return 1;
 }
 
+// The editor of the built-in synthesizer, with the chosen program, file and parameter values, as a PNG.
+int screenshot(const RenderOptions& options) {
+#if defined(TOLVANE_SCREENSHOT)
+    std::string error;
+    VstHost host;
+    if (!host.create(createSynthInProcess, error)) return fail(error);
+    if (options.program >= 0 && !host.setProgram(options.program, error)) return fail(error);
+    if (!options.loadPath.empty() && !applyFile(host, options.loadPath, options.program, error)) return fail(error);
+    for (const auto& [index, value] : options.parameters)
+        if (!host.setParameter(index, value, error)) return fail(error);
+    EditorPicture picture;
+    if (!drawEditorOffscreen(host.effect(), options.page, picture, options.screenshotPath, error)) return fail(error);
+    std::printf("Wrote %s: the editor's page %d, %d x %d\n", options.screenshotPath.c_str(), options.page,
+                picture.width, picture.height);
+    return 0;
+#else
+    (void)options;
+    return fail("this build has no offscreen drawing (Cairo was not found)");
+#endif
+}
+
 int run(int argc, char** argv) {
     RenderOptions options;
     std::string error;
@@ -98,6 +122,7 @@ int run(int argc, char** argv) {
         std::fputs(renderUsage().c_str(), stdout);
         return 0;
     }
+    if (!options.screenshotPath.empty()) return screenshot(options);
 
     // What to play.
     std::vector<MidiMessage> messages;

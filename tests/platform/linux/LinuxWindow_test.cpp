@@ -4,9 +4,6 @@
 #if defined(TOLVANE_X11_TESTS)
 
 #include <dirent.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -19,6 +16,7 @@
 #include "gui/RotaryKnob.h"
 #include "gui/TextField.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "support/XServerForTests.h"
 #include "tests/gui/ToolkitTestSupport.h"
 
 // Last: Xlib's macros (None, Bool) would clash with names in the headers above.
@@ -36,70 +34,24 @@ using testing::TestEditor;
 
 // ---- an X server for the suite
 
-pid_t xvfbPid = 0;
+testing::XServerForTests xServer;
 std::string skipReason;
 
-bool canOpen(const char* name) {
-    Display* display = XOpenDisplay(name);
-    if (!display) return false;
-    XCloseDisplay(display);
-    return true;
-}
-
-// Starts Xvfb on a display number it picks itself (-displayfd) and points DISPLAY at it. Without -noreset
-// the server would reset whenever its last client leaves, refusing connections for a moment.
-bool startXvfb() {
-    int fds[2];
-    if (pipe(fds) != 0) return false;
-    pid_t pid = fork();
-    if (pid == 0) {
-        close(fds[0]);
-        std::string fd = std::to_string(fds[1]);
-        execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
-               "-noreset", static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    close(fds[1]);
-    if (pid < 0) {
-        close(fds[0]);
-        return false;
-    }
-    std::string number;
-    char c = 0;
-    while (read(fds[0], &c, 1) == 1 && c != '\n') number += c;
-    close(fds[0]);
-    if (number.empty()) {
-        kill(pid, SIGTERM);
-        waitpid(pid, nullptr, 0);
-        return false;
-    }
-    xvfbPid = pid;
-    std::string name = ":" + number;
-    setenv("DISPLAY", name.c_str(), 1);
-    for (int i = 0; i < 100 && !canOpen(nullptr); ++i) usleep(20000);
-    return canOpen(nullptr);
-}
-
-// Holds one connection open for the whole run: a server that resets when its last client leaves would
-// otherwise refuse connections for a moment between tests.
 class XServerEnvironment : public ::testing::Environment {
 public:
     void SetUp() override {
-        const char* display = std::getenv("DISPLAY");
-        if (!(display && *display && canOpen(nullptr)) && !startXvfb()) {
-            skipReason = "no X display and no Xvfb to start";
+        if (!xServer.start(skipReason)) {
+            if (skipReason.empty()) skipReason = "no X server";
             return;
         }
+        // Held for the whole run: a server that resets when its last client leaves would otherwise refuse
+        // connections for a moment between tests.
         keeper_ = XOpenDisplay(nullptr);
     }
     void TearDown() override {
         if (keeper_) XCloseDisplay(keeper_);
         keeper_ = nullptr;
-        if (xvfbPid > 0) {
-            kill(xvfbPid, SIGTERM);
-            waitpid(xvfbPid, nullptr, 0);
-            xvfbPid = 0;
-        }
+        xServer.stop();
     }
 
 private:
