@@ -185,10 +185,7 @@ void EffectUnit::setResting(bool resting) {
 
 bool EffectUnit::inputSilent() const {
     const DspModule* dry = guard_.instanceAt(0);
-    const float* x = dry->block();
-    for (int k = 0; k < dry->blockSize(); ++k)
-        if (x[k] != effect::kInputOffset) return false;
-    return true;
+    return dry->steadyBlock() && dry->block()[0] == effect::kInputOffset;
 }
 
 bool EffectUnit::wetSilent() const {

@@ -7,12 +7,6 @@ namespace tolvane {
 using effect::kGroup;
 using effect::kSilence;
 
-bool OutputMix::constantBlock(const float* in) const {
-    for (int k = 1; k < blockSize_; ++k)
-        if (in[k] != in[0]) return false;
-    return true;
-}
-
 void OutputMix::updateBlock(int tick) {
     if (tick == lastTick_) return;
     lastTick_ = tick;
@@ -28,6 +22,7 @@ void OutputMix::updateBlock(int tick) {
     if (dryActive) input(kDry)->update(tick);
     if (wetActive) input(kWet)->update(tick);
 
+    steady_ = false;
     float* out = block_.data();
     const float perSample = 1.0f / static_cast<float>(blockSize_);
     const float dryStart = previousDry_, dryStep = (dryGain - previousDry_) * perSample;
@@ -46,9 +41,10 @@ void OutputMix::updateBlock(int tick) {
     } else if (dryActive || wetActive) {
         const float* in = inputBlock(dryActive ? kDry : kWet);
         const float step0 = dryActive ? dryStep : wetStep;
-        if (step0 == 0.0f && in[0] == in[blockSize_ - 1] && constantBlock(in)) {
+        if (step0 == 0.0f && input(dryActive ? kDry : kWet)->steadyBlock()) {
             // A steady gain on a steady signal (an idle synthesizer's guard offset): one value for the block.
             std::fill(block_.begin(), block_.end(), outputLimit((dryActive ? dryStart : wetStart) * in[0]));
+            steady_ = true;
             return;
         }
         const float start = dryActive ? dryStart : wetStart;

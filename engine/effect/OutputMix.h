@@ -35,7 +35,6 @@ public:
     void setWetResting(bool resting) { wetResting_ = resting; }
 
 private:
-    bool constantBlock(const float* in) const;
     bool wetResting_ = false;
     float previousDry_ = 0.0f;
     float previousWet_ = 0.0f;

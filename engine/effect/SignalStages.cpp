@@ -11,10 +11,12 @@ using effect::kGroup;
 
 void InputGuard::compute() {
     float* out = block_.data();
-    if (!input(0)) {
+    if (!input(0) || (input(0)->steadyBlock() && input(0)->block()[0] == 0.0f)) {
         std::fill(block_.begin(), block_.end(), effect::kInputOffset);
+        steady_ = true;
         return;
     }
+    steady_ = false;
     const float* in = inputBlock(0);
     for (int k0 = 0; k0 < blockSize_; k0 += kGroup)
         for (int k = k0; k < k0 + kGroup; ++k) out[k] = in[k] + effect::kInputOffset;

@@ -48,6 +48,9 @@ public:
     virtual void setInput(int k, DspModule* source) { inputs_[static_cast<std::size_t>(k)] = source; }
 
     OutputKind outputKind() const { return kind_; }
+    // A hint from block-output units: every sample of this block equals the first (silence, typically).
+    // Consumers may then do a block's work once; units that never set it are simply not steady.
+    bool steadyBlock() const { return steady_; }
     float value() const { return scalar_; }
     const float* block() const { return block_.data(); }
     float* block() { return block_.data(); }
@@ -80,6 +83,7 @@ protected:
     float scalar_ = 0.0f;
     std::vector<float> block_;
     std::array<float, 4> quad_{};
+    bool steady_ = false;
 
 private:
     friend class ModuleGraph;

@@ -76,9 +76,9 @@ void LfoWaveform::compute() {
     }
     // The offset may move the read point into other cycles; the ring follows.
     float p = inputValue(kPhaseOffset) + phase_;
-    float whole = std::floor(p);
-    float x = p - whole;
-    int n = static_cast<int>(whole);
+    int n = static_cast<int>(p);
+    if (static_cast<float>(n) > p) --n;  // floor, also below zero
+    float x = p - static_cast<float>(n);
     if (x >= 1.0f) {
         x = 0.0f;
         ++n;
@@ -86,7 +86,7 @@ void LfoWaveform::compute() {
     int i = (n + readIndex_) & (kRingSize - 1);
     int count = 0;
     float sum = shapeSum(x, i, count);
-    scalar_ = count > 0 ? sum / static_cast<float>(count) : 0.0f;
+    scalar_ = count > 1 ? sum / static_cast<float>(count) : sum;
 
     float step = inputValue(kRate) / blockRate_;
     if (!(step > 0.0f)) step = 0.0f;

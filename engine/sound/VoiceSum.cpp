@@ -25,6 +25,7 @@ void VoiceSum::updateBlock(int tick) {
     const int n = blockSize_;
     std::fill(out, out + n, 0.0f);
     rendered_ = 0;
+    steady_ = true;
     if (!amplitude_ || !audio_) return;
 
     // Slots beyond a lowered voice count are forgotten, so that they start from silence when they return.
@@ -52,6 +53,7 @@ void VoiceSum::updateBlock(int tick) {
             for (int g = 0; g < n; g += kGroup)
                 for (int j = g; j < g + kGroup; ++j) out[j] += (from + static_cast<float>(j + 1) * step) * in[j];
             ++rendered_;
+            steady_ = false;
         }
         previous = a;
         wasAudible = audible;
