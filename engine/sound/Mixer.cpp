@@ -25,22 +25,51 @@ void Mixer::updateInputs(int tick) {
         if (renderMask_ & (1u << i)) input(i)->update(tick);
 }
 
+// Each gain moves linearly from its previous value to the new level across the block. The sample
+// loops run over the active channels only, with one pass for the common cases of one and two.
 void Mixer::compute() {
-    float* out = block();
+    float* __restrict out = block();
     const int count = blockSize_;
     const float scale = 1.0f / static_cast<float>(count);
-    forEachSample(count, [&](int n) { out[n] = 0.0f; });
+    const float* in[kChannels];
+    float start[kChannels];
+    float step[kChannels];
+    int active = 0;
     for (int i = 0; i < kChannels; ++i) {
         auto c = static_cast<std::size_t>(i);
         if (renderMask_ & (1u << i)) {
-            const float* in = inputBlock(i);
-            const float g0 = gains_[c];
-            const float step = (levels_[c] - g0) * scale;
-            forEachSample(count, [&](int n) { out[n] += (g0 + step * static_cast<float>(n + 1)) * in[n]; });
+            in[active] = inputBlock(i);
+            start[active] = gains_[c];
+            step[active] = (levels_[c] - gains_[c]) * scale;
+            ++active;
         }
         gains_[c] = levels_[c];
     }
     previousMask_ = activeMask_;
+
+    // k counts 1, 2, ... in floats (exact), so that gain = start + k step without a conversion per sample.
+    if (active == 0) {
+        forEachSample(count, [&](int n) { out[n] = 0.0f; });
+    } else if (active == 1) {
+        const float* __restrict a = in[0];
+        const float sa = start[0], da = step[0];
+        float k = 1.0f;
+        for (int n = 0; n < count; ++n, k += 1.0f) out[n] = (sa + da * k) * a[n];
+    } else if (active == 2) {
+        const float* __restrict a = in[0];
+        const float* __restrict b = in[1];
+        const float sa = start[0], da = step[0], sb = start[1], db = step[1];
+        float k = 1.0f;
+        for (int n = 0; n < count; ++n, k += 1.0f) out[n] = (sa + da * k) * a[n] + (sb + db * k) * b[n];
+    } else {
+        forEachSample(count, [&](int n) { out[n] = 0.0f; });
+        for (int c = 0; c < active; ++c) {
+            const float* __restrict a = in[c];
+            const float sa = start[c], da = step[c];
+            float k = 1.0f;
+            for (int n = 0; n < count; ++n, k += 1.0f) out[n] += (sa + da * k) * a[n];
+        }
+    }
 }
 
 }  // namespace tolvane

@@ -47,11 +47,12 @@ void VoiceSum::updateBlock(int tick) {
         if (audible || wasAudible) {
             DspModule* voice = audio_->instance(i);
             voice->update(tick);
-            const float* in = voice->block();
+            const float* __restrict in = voice->block();
+            float* __restrict sum = out;
             const float from = previous;
             const float step = (a - from) * perSample;
-            for (int g = 0; g < n; g += kGroup)
-                for (int j = g; j < g + kGroup; ++j) out[j] += (from + static_cast<float>(j + 1) * step) * in[j];
+            float k = 1.0f;  // 1, 2, ... exactly, without a conversion per sample
+            for (int j = 0; j < n; ++j, k += 1.0f) sum[j] += (from + k * step) * in[j];
             ++rendered_;
             steady_ = false;
         }
