@@ -19,7 +19,7 @@ SECONDS_PER_RUN=${SECONDS_PER_RUN:-10}
 # The idle run is longer: its first two seconds still hold the delay's tail (the effect keeps running
 # until everything it could still play has gone quiet), the rest is the idle cost proper.
 IDLE_SECONDS=${IDLE_SECONDS:-30}
-REPEATS=${REPEATS:-3}
+REPEATS=${REPEATS:-5}
 
 [ -x "$RENDER" ] || { echo "build first: $RENDER is missing" >&2; exit 1; }
 if [ ! -f "$PEER" ]; then
@@ -62,18 +62,35 @@ SAW_PATCH=(--program 64
   --param 47=0.6 --param 49=0.7 --param 50=0.5 --param 53=0.6 --param 55=0.6
   --param 65=1 --param 67=0.3 --param 70=0.7)
 
-# CPU seconds of the process calls, the best of $REPEATS runs.
-cpu_seconds() {
-  local best="" length=$1
+# CPU seconds of one rendering's process calls.
+cpu_once() {
+  local length=$1
   shift
+  local s
+  s=$("$RENDER" "$@" --length "$length" --out "$work/out.wav" 2>/dev/null \
+      | sed -n 's/.*(\([0-9.]*\) s of processing.*/\1/p')
+  [ -n "$s" ] || { echo "rendering failed: $*" >&2; exit 1; }
+  echo "$s"
+}
+
+# Renders ours and the peer alternately $REPEATS times (so that both meet the same machine load) and
+# keeps the best of each: sets OURS_CPU and PEER_CPU. Arguments: length, then our arguments, "--",
+# then the peer's arguments.
+compare() {
+  local length=$1
+  shift
+  local ours_args=() peer_args=()
+  while [ "$1" != "--" ]; do ours_args+=("$1"); shift; done
+  shift
+  peer_args=("$@")
+  OURS_CPU="" PEER_CPU=""
   for _ in $(seq "$REPEATS"); do
-    local s
-    s=$("$RENDER" "$@" --length "$length" --out "$work/out.wav" 2>/dev/null \
-        | sed -n 's/.*(\([0-9.]*\) s of processing.*/\1/p')
-    [ -n "$s" ] || { echo "rendering failed: $*" >&2; exit 1; }
-    if [ -z "$best" ] || awk "BEGIN{exit !($s < $best)}"; then best=$s; fi
+    local o p
+    o=$(cpu_once "$length" "${ours_args[@]}")
+    p=$(cpu_once "$length" "${peer_args[@]}")
+    if [ -z "$OURS_CPU" ] || awk "BEGIN{exit !($o < $OURS_CPU)}"; then OURS_CPU=$o; fi
+    if [ -z "$PEER_CPU" ] || awk "BEGIN{exit !($p < $PEER_CPU)}"; then PEER_CPU=$p; fi
   done
-  echo "$best"
 }
 
 frames=$(awk "BEGIN{print $SECONDS_PER_RUN * 44100}")
@@ -81,14 +98,15 @@ printf "%-8s %14s %14s %12s %10s %10s\n" "voices" "ours ns/v-smp" "peer ns/v-smp
 for voices in 1 8 64; do
   write_chord "$work/chord$voices.mid" "$voices"
   voiceParam=$(awk -v v="$voices" 'BEGIN{print (v - 0.5) / 64}')
-  ours=$(cpu_seconds "$SECONDS_PER_RUN" --plugin "$OURS" --midi "$work/chord$voices.mid" "${SAW_PATCH[@]}" --param 77="$voiceParam")
-  peer=$(cpu_seconds "$SECONDS_PER_RUN" --plugin "$PEER" --midi "$work/chord$voices.mid")
+  compare "$SECONDS_PER_RUN" --plugin "$OURS" --midi "$work/chord$voices.mid" "${SAW_PATCH[@]}" --param 77="$voiceParam" \
+    -- --plugin "$PEER" --midi "$work/chord$voices.mid"
+  ours=$OURS_CPU peer=$PEER_CPU
   awk -v v="$voices" -v o="$ours" -v p="$peer" -v f="$frames" -v t="$SECONDS_PER_RUN" 'BEGIN{
     printf "%-8s %14.2f %14.2f %12.2f %9.0fx %9.0fx\n", v, o*1e9/(v*f), p*1e9/(v*f), o/p, t/o, t/p }'
 done
 write_chord "$work/idle.mid" 0 "$IDLE_SECONDS"
-ours=$(cpu_seconds "$IDLE_SECONDS" --plugin "$OURS" --midi "$work/idle.mid" --program 0)
-peer=$(cpu_seconds "$IDLE_SECONDS" --plugin "$PEER" --midi "$work/idle.mid")
+compare "$IDLE_SECONDS" --plugin "$OURS" --midi "$work/idle.mid" --program 0 -- --plugin "$PEER" --midi "$work/idle.mid"
+ours=$OURS_CPU peer=$PEER_CPU
 frames=$(awk "BEGIN{print $IDLE_SECONDS * 44100}")
 awk -v o="$ours" -v p="$peer" -v f="$frames" -v t="$IDLE_SECONDS" 'BEGIN{
   printf "%-8s %14s %14s %12.2f %9.0fx %9.0fx   (idle: ns per sample %.2f vs %.2f)\n", "idle", "-", "-", o/p, t/o, t/p, o*1e9/f, p*1e9/f }'
