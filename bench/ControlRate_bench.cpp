@@ -44,6 +44,16 @@ void routeEverything(SynthEngine& engine) {
     engine.setAmpLfoDepth(0.5f);
 }
 
+// The modulators of every voice, then every target the audio units of sounding voices pull.
+void controlBlock(SynthEngine& engine, int tick) {
+    engine.updateControls(tick);
+    const ControlTargets& t = engine.controls();
+    PolyModule* targets[] = {t.phaseIncrement[0], t.phaseIncrement[1], t.pulseWidth[0], t.pulseWidth[1], t.fmDepth,
+                             t.cutoff, t.resonance, t.saturationLevel, t.mixerLevel[0], t.mixerLevel[1],
+                             t.mixerLevel[2], t.mixerLevel[3], t.ampGain};
+    for (PolyModule* target : targets) target->updateInstances(tick);
+}
+
 void BM_ControlGraphPerBlock(benchmark::State& state) {
     const int voices = static_cast<int>(state.range(0));
     ValueMappings maps;
