@@ -66,12 +66,12 @@ void BM_ControlGraphPerBlock(benchmark::State& state) {
     allocator.beginEvents(0);
     for (int v = 0; v < voices; ++v) allocator.pushEvent(0, 0x90, static_cast<std::uint8_t>(36 + v), 100);
     allocator.processEvents(kBlockSize);
-    engine.updateControls(++tick);
+    controlBlock(engine, ++tick);
 
     for (auto _ : state) {
         allocator.beginEvents(0);
         allocator.processEvents(kBlockSize);
-        engine.updateControls(++tick);
+        controlBlock(engine, ++tick);
         benchmark::DoNotOptimize(engine.controls().ampGain->instance(0)->value());
     }
     // Time is per block; one block lasts 64 / 44100 s = 1451 us in real time.
