@@ -18,12 +18,31 @@ class RouteTarget : public DspModule {
 public:
     enum Input { kRouteA, kRouteB, kAmountA, kAmountB, kSlotSum, kFirstOwnInput };
 
+    // A route whose source reads 0 contributes nothing whatever its amount: the amount is not pulled then
+    // (unrouted sources read the constant zero, so unused routes cost nothing).
+    void updateBlock(int tick) override {
+        lastTick_ = tick;
+        for (int k = 0; k < numInputs(); ++k)
+            if (k != kAmountA && k != kAmountB) input(k)->update(tick);
+        routeA_ = inputValue(kRouteA) != 0.0f;
+        routeB_ = inputValue(kRouteB) != 0.0f;
+        if (routeA_) input(kAmountA)->update(tick);
+        if (routeB_) input(kAmountB)->update(tick);
+        compute();
+    }
+
 protected:
     RouteTarget(ModuleGraph& graph, int ownInputs) : DspModule(graph, OutputKind::Scalar, kFirstOwnInput + ownInputs) {}
     float modulation() const {
-        return inputValue(kRouteA) * inputValue(kAmountA) + inputValue(kRouteB) * inputValue(kAmountB) +
-               inputValue(kSlotSum);
+        float m = inputValue(kSlotSum);
+        if (routeA_) m += inputValue(kRouteA) * inputValue(kAmountA);
+        if (routeB_) m += inputValue(kRouteB) * inputValue(kAmountB);
+        return m;
     }
+
+private:
+    bool routeA_ = false;
+    bool routeB_ = false;
 };
 
 // The oscillator's phase increment in cycles per sample:

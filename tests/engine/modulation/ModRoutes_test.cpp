@@ -56,6 +56,9 @@ struct Rig {
     }
     void block(int advance = 1) {
         tick += advance;
+        // The amounts are pulled by targets only for routed sources; read them here in any case.
+        routes.amount(0).updateInstances(tick);
+        routes.amount(1).updateInstances(tick);
         frequency.updateInstances(tick);
         pulseWidth.updateInstances(tick);
         fmDepth.updateInstances(tick);
