@@ -324,6 +324,10 @@ TEST_F(CustomWidgetsTest, TheAboutOverlayIsModalUntilItsImageIsClicked) {
     const Rect image = area(266, 60, 186, 142);
     click(600, 275);
     EXPECT_TRUE(shows(skin::kAboutImage, image, Point{0, 0}));
+    plugin.host.calls.clear();
+    click(65, 54);  // "OSC1 Pulse Width", outside the image
+    EXPECT_EQ(plugin.host.count(vst2::audioMasterBeginEdit), 0) << "presses outside the image reach nothing";
+    EXPECT_TRUE(shows(skin::kAboutImage, image, Point{0, 0}));
     click(300, 100);
     EXPECT_FALSE(shows(skin::kAboutImage, image, Point{0, 0}));
     EXPECT_TRUE(shows(skin::kKnobStrip, area(348, 99, 22, 22),
