@@ -70,15 +70,6 @@ TEST(ModuleFramework, VoiceCountsPropagateDownstreamAndNeverShrinkStorage) {
     EXPECT_EQ(followerOfFollower.voices(), 1);
 }
 
-TEST(ModuleFramework, OneVoiceSourceIsSharedByEveryVoiceOfItsConsumer) {
-    ModuleGraph graph;
-    graph.setVoiceCount(4);
-    Poly<CountingUnit> shared(graph, 0, kRuleFromInputs);
-    Poly<CountingUnit> perVoice(graph, 1, kRuleGraphVoices);
-    perVoice.connectInput(&shared, 0);
-    for (int v = 0; v < 4; ++v) EXPECT_EQ(perVoice.at(v).input(0), shared.instance(0));
-}
-
 TEST(ModuleFramework, SmootherGlidesJumpsOnTickGapsAndResets) {
     ModuleGraph graph;
     graph.setSampleRate(44100.0f);
