@@ -67,24 +67,6 @@ TEST_F(CanvasTest, LinesLeaveOutTheirEndPixelAndFollowTheOffset) {
     EXPECT_EQ(white, expected);
 }
 
-TEST_F(CanvasTest, FontTableGivesSizesWeightsAndFaces) {
-    const int sizes[] = {12, 18, 14, 12, 11, 10, 9, 13};
-    for (int id = 0; id < 8; ++id) {
-        FontSpec font = Canvas::fontFor(id, 0, 0);
-        EXPECT_EQ(font.size, sizes[id]) << id;
-        EXPECT_EQ(font.weight, id == 0 ? 700 : 400) << id;
-        EXPECT_STREQ(font.face, id == 7 ? "Symbol" : "Arial") << id;
-    }
-    FontSpec styled = Canvas::fontFor(4, 20, kTextBold | kTextItalic | kTextUnderline);
-    EXPECT_EQ(styled.size, 20);
-    EXPECT_EQ(styled.weight, 700);
-    EXPECT_TRUE(styled.italic);
-    EXPECT_TRUE(styled.underline);
-    // Ids outside the table mean id 0.
-    EXPECT_EQ(Canvas::fontFor(9, 0, 0).size, 12);
-    EXPECT_EQ(Canvas::fontFor(-1, 0, 0).weight, 700);
-}
-
 TEST_F(CanvasTest, TextIsDrawnInsideItsRectangleWithTheRequestedAlignment) {
     auto inkColumns = [&](const Rect& area) {
         int first = -1, last = -1;
@@ -118,17 +100,6 @@ TEST_F(CanvasTest, TextIsDrawnInsideItsRectangleWithTheRequestedAlignment) {
     }
 }
 
-TEST_F(CanvasTest, OpaqueTextFillsBehindTheGlyphsWithTheFillColour) {
-    drawOnCleared([](Canvas& canvas) {
-        canvas.setFont(4);
-        canvas.setFillColor(kBlueColor);
-        canvas.setFontColor(kWhiteColor);
-        canvas.drawString("i", Rect{0, 0, 60, 20}, true, kTextAlignCenter);
-    });
-    EXPECT_FALSE(pixelsOf(rgb(0, 0, 255), Rect{0, 0, 60, 20}).empty());
-    EXPECT_TRUE(pixelsOf(rgb(0, 0, 255), Rect{0, 20, 60, 40}).empty());
-}
-
 TEST_F(CanvasTest, ColourKeyedBitmapsLeaveTheDestinationWhereTheKeyIs) {
     // Left half white (the key), right half yellow.
     BitmapResource* bitmap = makeBitmap(8, 4, [](int x, int) { return x < 4 ? rgb(255, 255, 255) : rgb(255, 255, 0); });
@@ -143,15 +114,6 @@ TEST_F(CanvasTest, ColourKeyedBitmapsLeaveTheDestinationWhereTheKeyIs) {
     EXPECT_EQ(window->pixel(11, 21), rgb(255, 255, 255));
     EXPECT_EQ(window->pixel(15, 21), rgb(255, 255, 0));
     bitmap->release();
-}
-
-TEST_F(CanvasTest, MissingBitmapHasNoSizeAndDrawsNothing) {
-    BitmapResource* missing = new BitmapResource(99999);
-    EXPECT_EQ(missing->getWidth(), 0);
-    EXPECT_EQ(missing->getHeight(), 0);
-    drawOnCleared([&](Canvas& canvas) { missing->draw(canvas, Rect{0, 0, 10, 10}, Point{0, 0}); });
-    EXPECT_EQ(window->pixel(5, 5), 0u);
-    missing->release();
 }
 
 }  // namespace

@@ -86,13 +86,6 @@ TEST_F(ControlsTest, MomentaryButtonIsOnWhileHeldOverItAndBracketsTheGesture) {
     EXPECT_EQ(button->getValue(), 0.0f);
 }
 
-TEST_F(ControlsTest, MomentaryButtonWithAModifierFlipsOnceWithoutTracking) {
-    add(new MomentaryButton(Rect{10, 10, 42, 22}, &listener, 3, 12, nullptr, Point{}));
-    window->press(Point{20, 15}, kLeftButton | kShiftKey, {{Point{100, 100}, kLeftButton | kShiftKey}});
-    EXPECT_EQ(listener.values, (std::vector<float>{1.0f, 0.0f}));
-    EXPECT_TRUE(host.begun.empty());
-}
-
 // ---- digit display
 
 TEST_F(ControlsTest, DigitDisplayClampsToWhatItsDigitsCanShow) {

@@ -22,10 +22,6 @@ struct JournalView : View {
         journal.push_back(name + ".wheel");
         return true;
     }
-    bool onFilesDropped(const char* const* items, std::int32_t count, std::int32_t, Point) override {
-        journal.push_back(name + ".drop " + std::to_string(count) + " " + (count > 0 ? items[0] : ""));
-        return true;
-    }
     bool onAdded(View*) override {
         journal.push_back(name + ".added");
         return true;
@@ -172,16 +168,6 @@ TEST_F(EditorFrameTest, HostWheelGoesToTheViewUnderThePointer) {
     EXPECT_EQ(journal, (std::vector<std::string>{"b.wheel", "a.press", "a.wheel"}));
 }
 
-TEST_F(EditorFrameTest, DropsGoToTheLastChildUnderThePointUnlessEditingOrModal) {
-    add(new JournalView(Rect{0, 0, 50, 50}, "a", journal));
-    JournalView* b = add(new JournalView(Rect{0, 0, 30, 30}, "b", journal));
-    window->dropFiles({"/tmp/x.prog", "/tmp/y.prog"}, 0, Point{10, 10});
-    window->dropFiles({"some text"}, 1, Point{40, 40});
-    frame->setModalView(b);
-    window->dropFiles({"/tmp/z"}, 0, Point{10, 10});
-    EXPECT_EQ(journal, (std::vector<std::string>{"b.drop 2 /tmp/x.prog", "a.drop 9 some text", "b.added"}));
-}
-
 TEST_F(EditorFrameTest, AViewRemovedByItsOwnPressSurvivesTheCall) {
     struct SelfRemoving : View {
         using View::View;
@@ -193,16 +179,6 @@ TEST_F(EditorFrameTest, AViewRemovedByItsOwnPressSurvivesTheCall) {
     add(new SelfRemoving(Rect{0, 0, 10, 10}));
     window->press(Point{5, 5}, kLeftButton);
     EXPECT_EQ(frame->getViewCount(), 0);
-}
-
-TEST_F(EditorFrameTest, IdleRunsAPendingUpdateOnce) {
-    editor->idle();
-    EXPECT_EQ(editor->updates, 1) << "open leaves an update pending";
-    editor->idle();
-    EXPECT_EQ(editor->updates, 1);
-    editor->setParameter(3, 0.5f);
-    editor->idle();
-    EXPECT_EQ(editor->updates, 2);
 }
 
 TEST_F(EditorFrameTest, IdlePumpRunsAboutEveryHundredMillisecondsAndSleepsInBetween) {

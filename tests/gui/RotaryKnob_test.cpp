@@ -8,7 +8,6 @@ namespace tolvane {
 namespace {
 
 using testing::RecordingListener;
-using testing::rgb;
 
 constexpr double kPi = 3.14159265358979323846;
 
@@ -118,40 +117,6 @@ TEST_F(RotaryKnobTest, WheelStepsByTheWheelStepAndStopsAtTheEndsWithoutReporting
     knob->setMouseEnabled(false);
     EXPECT_FALSE(knob->onWheel(nullptr, Point{}, -1.0f));
     EXPECT_EQ(knob->getValue(), 1.0f);
-}
-
-TEST_F(RotaryKnobTest, ValueToPointPutsTheEndsAtLowerLeftAndLowerRight) {
-    const double reach = 20 - knob->getInset();
-    auto expected = [&](double degrees) {
-        double a = degrees * kPi / 180.0;
-        return Point{static_cast<int>(20 + std::cos(a) * reach + 0.5), static_cast<int>(20 - std::sin(a) * reach + 0.5)};
-    };
-    struct Case {
-        float value;
-        double degrees;
-    };
-    for (Case c : {Case{0.0f, 225.0}, Case{0.5f, 90.0}, Case{1.0f, -45.0}, Case{1.0f / 3.0f, 135.0}}) {
-        knob->setValue(c.value);
-        Point p;
-        knob->valueToPoint(p);
-        EXPECT_EQ(p, expected(c.degrees)) << c.value;
-        // And back again, up to the rounding of the point.
-        EXPECT_NEAR(knob->valueFromPoint(p), c.value, 0.03) << c.value;
-    }
-}
-
-TEST_F(RotaryKnobTest, HandleIsDrawnFromTheCentreTowardsTheValueWithItsShadow) {
-    knob->setValue(0.5f);  // straight up
-    window->paint();
-    // Handle: x 120 from y 60 up to (not including) y 43; shadow one pixel right and down.
-    EXPECT_EQ(window->pixel(120, 50), rgb(255, 255, 255));
-    EXPECT_EQ(window->pixel(121, 51), rgb(127, 127, 127));
-    EXPECT_EQ(window->pixel(119, 50), 0u);
-    EXPECT_EQ(knob->getInset(), 3);
-    BitmapResource* handle = testing::makeBitmap(7, 7, [](int, int) { return 0u; });
-    knob->setHandleBitmap(handle);
-    EXPECT_EQ(knob->getInset(), 6);  // 7 / 2 + 2.5, rounded down
-    handle->release();
 }
 
 }  // namespace

@@ -213,7 +213,9 @@ TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
     plugin.program = 5;
     commands.loadFile(FileKind::Bank, folder.file("mine.bank"));
     EXPECT_EQ(plugin.replacedBank, 0);
-    EXPECT_STREQ(plugin.replacedPrograms->programs[9].name, "Bank 3 #9");
+    auto saved = std::make_unique<BankPrograms>();
+    plugin.bankPrograms(3, *saved);
+    EXPECT_EQ(std::memcmp(plugin.replacedPrograms.get(), saved.get(), sizeof(BankPrograms)), 0);
 
     dialogs.answer = DialogChoice::chosen(folder.file("missing-folder/x.prog"));
     commands.run(kCommandSaveProgram);

@@ -101,10 +101,6 @@ TEST(FileReaders, HeaderChecksInOrderForEveryKind) {
             f.bytes.insert(f.bytes.end(), valid.bytes.begin() + 24, valid.bytes.end());
             EXPECT_EQ(readAs(kind, f.bytes), FileResult::InvalidFormat) << "count " << wrongCount;
         }
-        // A wrong magic is reported before a wrong version.
-        auto bothWrong = wrongMagic;
-        bothWrong[16] = 9;
-        EXPECT_EQ(readAs(kind, bothWrong), FileResult::InvalidFormat);
 
         // Only the upper 16 bits of the version word count.
         struct { std::uint32_t word; bool accepted; } versions[] = {
@@ -254,7 +250,7 @@ TEST(FileReaders, BankOfVersionOneRecordsIsConverted) {
 }
 
 // The header layout itself; the readers, checked against independently built images above, check the rest
-// of what the writers produce in the round trips below.
+// of what the writers produce when the file commands save and load again.
 TEST(FileWriters, WriteVersionTwoWithBigEndianHeader) {
     ProgramRecord r{};
     r.setName("Pad");
@@ -266,35 +262,6 @@ TEST(FileWriters, WriteVersionTwoWithBigEndianHeader) {
     EXPECT_EQ(std::memcmp(b.data() + 56, threeQuarters, 4), 0);
     auto bank = std::make_unique<BankPrograms>();
     EXPECT_EQ(std::memcmp(writeBankFile(*bank).data() + 16, "\0\2\0\0\0\0\0\x80", 8), 0);
-}
-
-TEST(FileWriters, RoundTripsGiveBackWhatWasWritten) {
-    ProgramRecord r{};
-    r.setName("Round Trip");
-    for (int i = 0; i < 144; ++i) r.values[i] = sampleValue(11, i);
-    r.values[7] = 1.0f;
-    r.values[8] = 0.0f;
-    FileBytes pb = writeProgramFile(r);
-    ProgramRecord back;
-    ASSERT_EQ(readProgramFile(pb.data(), pb.size(), back), FileResult::Ok);
-    EXPECT_EQ(std::memcmp(&back, &r, sizeof r), 0);
-
-    float maps[32];
-    for (int i = 0; i < 32; ++i) maps[i] = (i % 16 + 0.5f) / (i < 16 ? 129.0f : 100.0f);
-    FileBytes mb = writeControllerMapFile(maps);
-    float mapsBack[32];
-    ASSERT_EQ(readControllerMapFile(mb.data(), mb.size(), mapsBack), FileResult::Ok);
-    EXPECT_EQ(std::memcmp(mapsBack, maps, sizeof maps), 0);
-
-    auto bank = std::make_unique<BankPrograms>();
-    for (int p = 0; p < 128; ++p) {
-        bank->programs[p].setName(("Program " + std::to_string(p + 1)).c_str());
-        for (int i = 0; i < 144; ++i) bank->programs[p].values[i] = sampleValue(p, i);
-    }
-    FileBytes bb = writeBankFile(*bank);
-    auto bankBack = std::make_unique<BankPrograms>();
-    ASSERT_EQ(readBankFile(bb.data(), bb.size(), *bankBack), FileResult::Ok);
-    EXPECT_EQ(std::memcmp(bankBack.get(), bank.get(), sizeof(BankPrograms)), 0);
 }
 
 TEST(FileWriters, WhatIsSavedAlwaysLoadsAgain) {
