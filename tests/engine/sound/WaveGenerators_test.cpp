@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "engine/framework/ModuleGraph.h"
-#include "engine/framework/UniformRandom.h"
 #include "engine/framework/ValueSource.h"
 #include "engine/sound/SyncGenerators.h"
 #include "tests/engine/ScriptedSignal.h"
@@ -320,20 +319,6 @@ TEST(WaveGenerators, AGapInTheTicksOrAResetForgetsTheRamps) {
     auto expected = residualSaw(0.05f, saw.phase());
     saw.update(5);
     for (int n = 0; n < 64; ++n) ASSERT_FLOAT_EQ(saw.block()[n], expected[static_cast<std::size_t>(n)]);
-}
-
-TEST(WaveGenerators, EveryInstanceStartsAtTheNextRandomPhaseOfTheEngine) {
-    ModuleGraph graph;
-    auto plain = makeGeneratorContainer(graph, GeneratorMode::Plain, kSawHigh);
-    auto synced = makeGeneratorContainer(graph, GeneratorMode::Sync, kPulseLow);
-    UniformRandom sequence;  // a fresh engine's sequence
-    for (int i = 0; i < 64; ++i)
-        ASSERT_EQ(static_cast<WaveGenerator*>(plain->instanceAt(i))->phase(), sequence.unipolar()) << i;
-    for (int i = 0; i < 64; ++i) {
-        auto* g = static_cast<SyncGenerator*>(synced->instanceAt(i));
-        ASSERT_EQ(g->phase(), sequence.unipolar());
-        ASSERT_EQ(g->masterPhase(), sequence.unipolar());
-    }
 }
 
 }  // namespace

@@ -160,29 +160,6 @@ TEST(SkinBitmaps, ButtonsShowDistinctOffAndOnImagesAndDifferFromTheirNeighbours)
     }
 }
 
-TEST(SkinBitmaps, StepSwitchStatesPressOnlyTheirOwnHalf) {
-    // Images from the top: left half pressed, released, right half pressed; 9 pixels each.
-    struct Switch {
-        int id, column;
-    };
-    for (Switch sw : {Switch{134, 0}, Switch{135, 0}, Switch{135, 18}}) {
-        SCOPED_TRACE("bitmap " + std::to_string(sw.id) + " column " + std::to_string(sw.column));
-        BmpImage image = loadResource(sw.id);
-        ASSERT_EQ(image.height, 27);
-        auto half = [&](int state, int side) { return block(image, sw.column + 9 * side, 9 * state, 9, 9); };
-        EXPECT_GT(strongDifferences(half(0, 0), half(1, 0)), 8);  // left pressed
-        EXPECT_EQ(half(0, 1), half(1, 1));
-        EXPECT_GT(strongDifferences(half(2, 1), half(1, 1)), 8);  // right pressed
-        EXPECT_EQ(half(2, 0), half(1, 0));
-    }
-    // The program steps: down by 10 and by 1, up by 1 and by 10. The outer keys carry the bigger steps,
-    // so no two released keys look alike.
-    BmpImage program = loadResource(135);
-    for (int a = 0; a < 4; ++a)
-        for (int b = a + 1; b < 4; ++b)
-            EXPECT_GT(strongDifferences(block(program, 9 * a, 9, 9, 9), block(program, 9 * b, 9, 9, 9)), 2) << a << b;
-}
-
 TEST(SkinBitmaps, DigitsAreTenAmberNumeralsOnTheDisplayBackColour) {
     BmpImage digits = loadResource(133);
     ASSERT_EQ(digits.height, 130);
@@ -193,14 +170,8 @@ TEST(SkinBitmaps, DigitsAreTenAmberNumeralsOnTheDisplayBackColour) {
             for (int x = 0; x < 10; ++x) ink[d] += channelDistance(digits.at(x, y), kAmber) < 40;
         EXPECT_GT(ink[d], 8) << d;
     }
-    // Whatever the style, 1 carries the least ink and 8 the most, and no two digits look alike.
+    // No two digits look alike.
     for (int d = 0; d < 10; ++d) {
-        if (d != 1) {
-            EXPECT_GT(ink[d], ink[1]) << d;
-        }
-        if (d != 8) {
-            EXPECT_LT(ink[d], ink[8]) << d;
-        }
         for (int e = d + 1; e < 10; ++e)
             EXPECT_GE(totalDifference(block(digits, 0, 13 * d, 10, 13), block(digits, 0, 13 * e, 10, 13)), 3 * 130)
                 << d << " and " << e;
