@@ -151,11 +151,6 @@ TEST(FileReaders, NameMustEndWithinTwentyFiveBytes) {
         EXPECT_EQ(readAs(Kind::Program, program(std::string(25, 'n'))), FileResult::CannotLoad);
         EXPECT_EQ(readAs(Kind::Program, program(std::string(32, 'n'))), FileResult::CannotLoad);
     }
-    // The same check for every record of a bank: the last one with 25 characters spoils it.
-    FileImage bank;
-    bank.header(kBank, 0x00020000, 128);
-    for (int i = 0; i < 128; ++i) v2Record(bank, std::string(i == 127 ? 25 : 24, 'n'), i);
-    EXPECT_EQ(readAs(Kind::Bank, bank.bytes), FileResult::CannotLoad);
 }
 
 TEST(FileReaders, ValuesMustLieFromZeroToOne) {
