@@ -19,13 +19,12 @@ namespace tolvane {
 namespace testing {
 
 struct FakeHost : EditorHost {
-    EditorBase* registered = nullptr;
     std::vector<std::int32_t> begun;
     std::vector<std::int32_t> ended;
     int idles = 0;
     std::function<void()> onIdle;
 
-    void registerEditor(EditorBase* editor) override { registered = editor; }
+    void registerEditor(EditorBase*) override {}
     void beginEdit(std::int32_t index) override { begun.push_back(index); }
     void endEdit(std::int32_t index) override { ended.push_back(index); }
     void hostIdle() override {
@@ -52,11 +51,9 @@ public:
 // Records every change its controls report, with the value at that moment.
 struct RecordingListener : ControlListener {
     std::vector<float> values;
-    std::vector<bool> hadCanvas;
     std::function<void(Control*)> onChange;
-    void valueChanged(Canvas* canvas, Control* control) override {
+    void valueChanged(Canvas*, Control* control) override {
         values.push_back(control->getValue());
-        hadCanvas.push_back(canvas != nullptr);
         if (onChange) onChange(control);
     }
 };

@@ -293,6 +293,7 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     // Slot 1's destination menu: the menu opens below it; "OSC1 Pitch" is its third item, after
     // "(not assigned)" and a separator (items of 16 pixels, separators of 7, a 1-pixel frame).
     finished = false;
+    const std::size_t topLevel = children(DefaultRootWindow(display)).size();
     Point menu = onScreen(Point{130, 70});
     Point item = onScreen(Point{136, 76 + 1 + 16 + 7 + 16 + 8});
     std::thread chooser([&] {
@@ -310,6 +311,8 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     done = idleUntil([&] { return finished.load() && lastAutomated(115) == optionValue(2, 26); }, 5000);
     chooser.join();
     EXPECT_TRUE(done) << "the menu choice did not arrive; last value " << lastAutomated(115);
+    dispatch(vst2::effEditIdle);
+    EXPECT_EQ(children(DefaultRootWindow(display)).size(), topLevel) << "the menu's windows are gone";
     dispatch(vst2::effEditClose);
 }
 

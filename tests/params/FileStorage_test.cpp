@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/params/TempFolder.h"
+#include "support/TempFolder.h"
 
 namespace tolvane {
 namespace {

@@ -19,29 +19,21 @@ struct ListCase {
 };
 
 const ListCase kLists[] = {
-    {"offOn", options::offOn, 2, "Off", "Off", "On", "On"},
-    {"bypassOn", options::bypassOn, 2, "Bypass", "Bypass", "On", "On"},
     {"oscWaveforms", options::oscWaveforms, 12, "SinL", "Sine (Low Quality)", "PulseH", "Pulse (High Quality)"},
     {"osc1Connections", options::osc1Connections, 16, "E1->N", "ENV1 -> (none)", "L2->PW", "LFO2 -> Freq + PWM"},
     {"osc2Connections", options::osc2Connections, 32, "E1->N", "ENV1 -> (none)", "L2>PWF",
      "LFO2 -> Freq + PWM + FM"},
     {"filterTypes", options::filterTypes, 16, "LP6", "Lowpass 6dB/Oct", "BR24", "Band Reject 24(12+12)dB/Oct"},
-    {"saturationCurves", options::saturationCurves, 3, "Hard", "Hard Clip", "Soft", "Soft Clip"},
     {"filterConnections", options::filterConnections, 16, "E1->N", "ENV1 -> (none)", "L2->FR",
      "LFO2 -> Freq + Reso"},
     {"ampConnections", options::ampConnections, 4, "E1/L1", "ENV1 / LFO1", "E2/L2", "ENV2 / LFO2"},
-    {"attackCurves", options::attackCurves, 3, "1", "1 (Fast)", "3", "3 (Slow)"},
-    {"decayCurves", options::decayCurves, 3, "1", "1 (Linear)", "3", "3 (Fast)"},
     {"lfoWaveforms", options::lfoWaveforms, 64, "------", "(none)", "sTSqHR", "Sin+Tri+Saw+Sqr+S&H+Rnd"},
     {"lfoModes", options::lfoModes, 8, "P.....", "Poly", "M.TrTe", "Mono / Trigger / Tempo Sync"},
     {"lfoModesWithoutTempo", options::lfoModesWithoutTempo, 8, "P...**", "Poly", "M.Tr**",
      "Mono/Trig/[not available]"},
-    {"feedbackConnections", options::feedbackConnections, 2, "Para", "Parallel", "Cross", "L/R Cross"},
     {"modSources", options::modSources, 138, "-", "(not assigned)", "Const.", "Constant"},
     {"modSensSources", options::modSensSources, 137, "-", "(not assigned)", "PolyAT", "Polyphonic Aftertouch"},
     {"modDestinations", options::modDestinations, 26, "-", "(not assigned)", "LFO2Ph", "LFO2 Phase"},
-    {"bendRanges", options::bendRanges, 25, "0", "0 (disabled)", "24", "24"},
-    {"midiChannels", options::midiChannels, 17, "OMNI", "OMNI", "16", "16"},
     {"controllerNames", options::controllerNames, 129, "-", "(not assigned)", "learn", "Learn..."},
 };
 
@@ -121,12 +113,9 @@ TEST(OptionLists, LfoWaveformTextsFollowTheSetBits) {
     const struct { int mask; const char* shortText; const char* longText; } masks[] = {
         {1, "s-----", "Sine"},
         {3, "sT----", "Sine + Triangle"},
-        {48, "----HR", "Sample&Hold + Random"},
         {7, "sTS---", "Sin + Tri + Saw"},
-        {26, "-T-qH-", "Tri + Sqr + S&H"},
         {60, "--SqHR", "Saw + Sqr + S&H + Rnd"},
         {31, "sTSqH-", "Sin+Tri+Saw+Sqr+S&H"},
-        {62, "-TSqHR", "Tri+Saw+Sqr+S&H+Rnd"},
     };
     for (const auto& m : masks) {
         EXPECT_STREQ(options::lfoWaveforms.shortText(m.mask), m.shortText) << m.mask;
@@ -150,7 +139,6 @@ TEST(OptionLists, LfoModesWithoutTempo) {
             EXPECT_EQ(longWithout, options::lfoModes.longText(mode));
         }
     }
-    EXPECT_STREQ(options::lfoModesWithoutTempo.longText(4), "Poly/[tempo not available]");
 }
 
 }  // namespace

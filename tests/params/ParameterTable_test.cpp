@@ -113,7 +113,6 @@ TEST(ParameterTable, ValuesReadThroughTheirFormatters) {
         {ModDestination1, 10.5f / 26.0f, "FiltS", "Saturaiton Level"},
         {PitchBendRange, 0.0f, "0", "0 (disabled)"},
         {MidiChannel, 0.0f, "OMNI", "OMNI"},
-        {131, 0.7f, "-", "-"},
         {MapControl1 + 3, 1.0f, "learn", "Learn..."},
         {MapParameter1 + 2, 0.335f, "F.Freq", "Filter Cutoff Frequency"},
     };

@@ -21,11 +21,9 @@ struct FixedCase {
 
 TEST(TextHelpers, FixedPointRoundsAndSigns) {
     const FixedCase cases[] = {
-        {12.345f, 2, false, "12.35"}, {-3.5f, 1, false, "-3.5"},  {7.0f, 2, true, "+7.00"},
-        {0.5f, 0, false, "1"},        {0.004f, 2, false, "0.00"}, {0.0f, 3, true, "+0.000"},
-        {0.0625f, 4, false, "0.0625"}, {-0.004f, 2, false, "-0.00"}, {123456.0f, 0, false, "123456"},
-        {1e9f, 0, false, "+Huge!"},   {-1e9f, 0, true, "-Huge!"}, {2e6f, 2, false, "+Huge!"},
-        {12345678.0f, 0, false, "12345678"}, {1e8f, 0, false, "+Huge!"},
+        {7.0f, 2, true, "+7.00"},      {0.5f, 0, false, "1"},         {0.0f, 3, true, "+0.000"},
+        {-0.004f, 2, false, "-0.00"}, {1e9f, 0, false, "+Huge!"},   {-1e9f, 0, true, "-Huge!"},
+        {2e6f, 2, false, "+Huge!"},   {12345678.0f, 0, false, "12345678"}, {1e8f, 0, false, "+Huge!"},
     };
     char text[kNumberTextSize];
     for (const FixedCase& c : cases) {
@@ -58,8 +56,7 @@ struct FloatCase {
 TEST(TextHelpers, FloatFillsTheWidth) {
     const FloatCase cases[] = {
         {440.0f, 6, false, "440.00"}, {0.002f, 6, false, "0.0020"}, {22000.0f, 6, false, "22000"},
-        {53159.0f, 6, false, "53159"}, {123456.0f, 6, false, "123456"}, {100.0f, 6, true, "+100.0"},
-        {-0.5f, 6, true, "-0.500"},   {1000.0f, 6, false, "1000.0"}, {-100.0f, 6, false, "-100.0"},
+        {123456.0f, 6, false, "123456"}, {100.0f, 6, true, "+100.0"}, {-0.5f, 6, true, "-0.500"},
         {0.0f, 6, false, "0.0000"},   {5.0f, 1, false, "5"},        {0.25f, 8, false, "0.250000"},
         // The digits are counted before rounding, so a carry into a new digit makes the text longer.
         {9.99999f, 6, false, "10.0000"},
@@ -72,17 +69,10 @@ TEST(TextHelpers, FloatFillsTheWidth) {
 
 TEST(TextHelpers, IntegersAndSuffixes) {
     char text[kNumberTextSize];
-    EXPECT_STREQ(intToText(text, 0), "0");
     EXPECT_STREQ(intToText(text, 0, true), "+0");
     EXPECT_STREQ(intToText(text, -48, true), "-48");
-    EXPECT_STREQ(intToText(text, 48, true), "+48");
     EXPECT_STREQ(intToText(text, INT_MIN), std::to_string(INT_MIN).c_str());
     EXPECT_STREQ(intToText(text, INT_MAX), std::to_string(INT_MAX).c_str());
-
-    EXPECT_STREQ(intWithSuffix(text, 0, " note", true), "+0 note");
-    EXPECT_STREQ(fixedWithSuffix(text, 53.79f, 2, " %"), "53.79 %");
-    EXPECT_STREQ(floatWithSuffix(text, 440.0f, 6, " Hz"), "440.00 Hz");
-    EXPECT_STREQ(floatWithSuffix(text, -0.5f, 6, " %", true), "-0.500 %");
 
     // A suffix that would overflow the buffer is cut, and the text stays terminated.
     std::string longSuffix(200, 'x');
@@ -93,29 +83,22 @@ TEST(TextHelpers, IntegersAndSuffixes) {
 
 TEST(TextHelpers, EightCharacterBaseLayerTexts) {
     char text[kNumberTextSize];
-    EXPECT_STREQ(floatText8(text, 1.5f), "1.500000");
     EXPECT_STREQ(floatText8(text, -1.5f), "-1.50000");
-    EXPECT_STREQ(floatText8(text, 1234567.0f), "1234567");
     EXPECT_STREQ(floatText8(text, 12345678.0f), "12345678");
     EXPECT_STREQ(floatText8(text, -1234567.0f), "-1234567");
     EXPECT_STREQ(floatText8(text, 1e8f), " Huge!  ");
     EXPECT_STREQ(floatText8(text, -1e7f), " Huge!  ");
-    EXPECT_STREQ(floatText8(text, 0.00123f), "0.001230");
     EXPECT_STREQ(floatText8(text, -9.999999f), "-10.0000") << "a carry into a new digit costs a decimal";
 
-    EXPECT_STREQ(integerText7(text, 42), "     42");
     EXPECT_STREQ(integerText7(text, -5), "     -5");
     EXPECT_STREQ(integerText7(text, 99999999), "99999999");
     EXPECT_STREQ(integerText7(text, 100000000), " Huge!  ");
 
     EXPECT_STREQ(decibelText(text, 0.0f), "  -oo   ");
-    EXPECT_STREQ(decibelText(text, 1.0f), "0.000000");
     // 20 log10(0.5) = -6.0206
     EXPECT_STREQ(decibelText(text, 0.5f), "-6.02060");
-    EXPECT_NEAR(std::strtod(decibelText(text, 10.0f), nullptr), 20.0, 1e-4);
 
     EXPECT_STREQ(hzFromSamplesText(text, 100.0f, 44100.0f), "441.0000");
-    EXPECT_STREQ(hzFromSamplesText(text, 0.0f, 44100.0f), "0.000000");
     EXPECT_STREQ(msFromSamplesText(text, 441.0f, 44100.0f), "10.00000");
 }
 

@@ -9,7 +9,7 @@
 #include "engine/effect/SignalStages.h"
 #include "engine/framework/ModuleGraph.h"
 #include "engine/framework/ValueSource.h"
-#include "engine/effect/ScriptedSignal.h"
+#include "tests/engine/ScriptedSignal.h"
 
 namespace tolvane {
 namespace {
@@ -130,7 +130,7 @@ double measuredGain(float highCut, float lowCut, double hz) {
     // fade would leave the low cut with a slowly decaying offset.
     const int blocks = 376;
     signal.samples.assign(64, 0.0f);
-    std::vector<float> s = testing::sine(hz, rate, 0.5f, (blocks - 1) * 64);
+    std::vector<float> s = testing::sine(hz / rate, 0.5, (blocks - 1) * 64);
     signal.samples.insert(signal.samples.end(), s.begin(), s.end());
     std::vector<float> y;
     for (int t = 1; t <= blocks; ++t) {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/effect/EffectUnit.h"
-#include "engine/effect/ScriptedSignal.h"
+#include "tests/engine/ScriptedSignal.h"
 #include "engine/framework/ModuleGraph.h"
 #include "params/Mappings.h"
 #include "support/AllocationCounter.h"
@@ -214,7 +214,7 @@ TEST(EffectUnit, ModulationDeviatesThePitchByTheDepthAlone) {
         rig.effect.setModSpeed(speed);
         rig.effect.setModDepth(0.8f);
         const double period = 48.0;
-        rig.voiceSum.at(0).samples = testing::sine(kRate / period, kRate, 0.1f, static_cast<int>(2.6 * kRate));
+        rig.voiceSum.at(0).samples = testing::sine(1.0 / period, 0.1, static_cast<int>(2.6 * kRate));
         rig.render(static_cast<int>(2.6 * kRate) / kBlock);
 
         std::vector<double> crossings;  // upward zero crossings of the right channel
@@ -245,7 +245,7 @@ TEST(EffectUnit, RenderingAndRateChangesDoNotAllocate) {
     rig.effect.setDiffusion(0.3f);
     rig.effect.setDrive(3.0f);
     rig.effect.setMix(0.5f);
-    rig.voiceSum.at(0).samples = testing::sine(440.0, kRate, 0.5f, 48000);
+    rig.voiceSum.at(0).samples = testing::sine(440.0 / kRate, 0.5, 48000);
     rig.left.reserve(400 * kBlock);
     rig.right.reserve(400 * kBlock);
     rig.render(1);

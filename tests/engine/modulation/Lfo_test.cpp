@@ -150,16 +150,6 @@ TEST(Lfo, WithoutHostTempoATempoSyncedLfoRunsAtItsFreeRate) {
     EXPECT_NEAR(rig.rate(), 0.33333334 * 0.5, 0.5 * 0.0011);
 }
 
-TEST(Lfo, MonoSharesOnePhaseAndPolyRunsOnePerVoice) {
-    LfoRig rig;
-    rig.lfo.setMode(Lfo::kMono);
-    EXPECT_EQ(rig.lfo.output().voices(), 1);
-    rig.lfo.setMode(0);
-    EXPECT_EQ(rig.lfo.output().voices(), 4);
-    rig.block();
-    EXPECT_NE(rig.phase(0), rig.phase(1)) << "free poly LFOs start at their own random phases";
-}
-
 TEST(Lfo, TriggerRestartsTheSharedLfoOnEveryNoteAndAPolyLfoOnlyWithItsVoice) {
     LfoRig mono;
     mono.lfo.setMode(Lfo::kMono | Lfo::kTrigger);

@@ -94,14 +94,14 @@ TEST(FilterResponse, NamedGains) {
     FilterRig rig;
     // LP12 at r = 0 is two coincident one-pole low-passes: unity at DC, a quarter of the power at the corner.
     rig.set(0.0625f, 0.0f, 4.0f);
-    rig.signal().setConstant(0.5f);
+    rig.signal().play({}, 0.5f);
     rig.renderSamples(FilterKind::LowPass12, 64);
     EXPECT_NEAR(rig.render(FilterKind::LowPass12)[63], 0.5, 1e-5);
     EXPECT_NEAR(rig.gain(FilterKind::LowPass12, 256.0 / 8192), 0.5, 1e-3);
 
     // LP24 at r = 0.5 passes 1 / (1 + 2.04) at low frequencies.
     rig.set(0.0625f, 0.5f, 4.0f);
-    rig.signal().setConstant(0.5f);
+    rig.signal().play({}, 0.5f);
     rig.renderSamples(FilterKind::LowPass24, 64);
     EXPECT_NEAR(rig.render(FilterKind::LowPass24)[63], 0.5 / 3.04, 1e-5);
 

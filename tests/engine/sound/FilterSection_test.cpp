@@ -10,7 +10,6 @@ namespace tolvane {
 namespace {
 
 using test::FilterRig;
-using test::TestSignal;
 
 float kneeOf(PolyModule& m) { return static_cast<FilterModule*>(m.instance(0))->knee(); }
 
@@ -77,7 +76,7 @@ TEST(FilterSection, BypassPassesSamplesAndOnlyTheSelectedModuleRuns) {
     Poly<ValueSource> amplitude(rig.graph, 0, kRuleFromInputs, 1.0f);
     AmpSection amp(rig.graph, &amplitude, rig.section.output());
     rig.section.connectOutputTo(amp.output(), AmpSection::kAudioInput);
-    rig.signal().setSine(0.01, 0.8);
+    rig.signal().play(testing::sine(0.01, 0.8, 4 * 64));
 
     rig.section.setType(3);
     for (int b = 0; b < 3; ++b) amp.voiceSum().update(++rig.tick);
@@ -90,25 +89,6 @@ TEST(FilterSection, BypassPassesSamplesAndOnlyTheSelectedModuleRuns) {
     const float* in = rig.signal().block();
     for (int n = 0; n < 64; ++n) EXPECT_EQ(out[n], in[n]) << n;
     EXPECT_EQ(rig.filter(FilterKind::LowPass24).lastTick(), rig.tick - 1);
-}
-
-TEST(FilterSection, PerVoiceAudioMakesEveryModulePerVoice) {
-    ModuleGraph graph;
-    graph.setVoiceCount(4);
-    Poly<TestSignal> audio(graph, 0, kRuleGraphVoices);
-    Poly<ValueSource> cutoff(graph, 0, kRuleFromInputs, 0.1f);
-    Poly<ValueSource> resonance(graph, 0, kRuleFromInputs, 0.0f);
-    Poly<ValueSource> level(graph, 0, kRuleFromInputs, 4.0f);
-    FilterSection section(graph, &audio, &cutoff, &resonance, &level);
-    for (int k = 0; k < FilterSection::kKindCount; ++k) {
-        PolyModule& m = section.module(static_cast<FilterKind>(k));
-        EXPECT_EQ(m.voices(), 4);
-        for (int v = 0; v < 4; ++v) EXPECT_EQ(m.instance(v)->input(FilterModule::kAudioInput), audio.instance(v));
-        bool firstOrder = k == 0 || k == 4;
-        EXPECT_EQ(m.instance(0)->input(FilterModule::kResonanceInput) == nullptr, firstOrder);
-    }
-    graph.setVoiceCount(16);
-    EXPECT_EQ(section.module(FilterKind::BandPass24).voices(), 16);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Test units and a small graph for driving the filter section without the rest of the engine.
+// A small graph for driving the filter section without the rest of the engine.
 #pragma once
 
 #include <cmath>
@@ -10,66 +10,25 @@
 #include "engine/framework/ValueSource.h"
 #include "engine/sound/FilterModule.h"
 #include "engine/sound/FilterSection.h"
+#include "tests/engine/ScriptedSignal.h"
 
 namespace tolvane::test {
 
+using testing::ScriptedSignal;
 constexpr double kPi = 3.14159265358979323846;
-
-// An audio source: a sine (computed in double precision from a running sample count), a constant, or
-// a single impulse at the start of the next block. Counts how often it was rendered.
-class TestSignal : public DspModule {
-public:
-    explicit TestSignal(ModuleGraph& graph) : DspModule(graph, OutputKind::Block) {}
-
-    void setSine(double cyclesPerSample, double amplitude) {
-        mode_ = Mode::Sine;
-        frequency_ = cyclesPerSample;
-        amplitude_ = amplitude;
-        sample_ = 0;
-    }
-    void setConstant(float value) {
-        mode_ = Mode::Constant;
-        amplitude_ = value;
-    }
-    void setImpulse(float height) {
-        mode_ = Mode::Impulse;
-        amplitude_ = height;
-    }
-
-    void compute() override {
-        ++renders;
-        for (int n = 0; n < blockSize_; ++n) {
-            switch (mode_) {
-                case Mode::Sine: block_[n] = static_cast<float>(amplitude_ * std::sin(2.0 * kPi * frequency_ * sample_++)); break;
-                case Mode::Constant: block_[n] = static_cast<float>(amplitude_); break;
-                case Mode::Impulse: block_[n] = n == 0 ? static_cast<float>(amplitude_) : 0.0f; break;
-            }
-        }
-        if (mode_ == Mode::Impulse) mode_ = Mode::Constant, amplitude_ = 0.0;
-    }
-
-    int renders = 0;
-
-private:
-    enum class Mode { Sine, Constant, Impulse };
-    Mode mode_ = Mode::Constant;
-    double frequency_ = 0.0;
-    double amplitude_ = 0.0;
-    long sample_ = 0;
-};
 
 // A one-voice filter section fed by value sources. The default level 4 with the middle knee keeps
 // every signal below 2 in the linear part of the limiter.
 struct FilterRig {
     ModuleGraph graph;
-    Poly<TestSignal> audio{graph, 0, kRuleFromInputs};
+    Poly<ScriptedSignal> audio{graph, 0, kRuleFromInputs};
     Poly<ValueSource> cutoff{graph, 0, kRuleFromInputs, 0.0625f};
     Poly<ValueSource> resonance{graph, 0, kRuleFromInputs, 0.0f};
     Poly<ValueSource> level{graph, 0, kRuleFromInputs, 4.0f};
     FilterSection section{graph, &audio, &cutoff, &resonance, &level};
     int tick = 0;
 
-    TestSignal& signal() { return audio.at(0); }
+    ScriptedSignal& signal() { return audio.at(0); }
     FilterModule& filter(FilterKind kind) { return static_cast<FilterModule&>(*section.module(kind).instance(0)); }
     void set(float c, float r, float L) {
         cutoff.at(0).set(c);
@@ -94,7 +53,7 @@ struct FilterRig {
     double gain(FilterKind kind, double f, double a = 0.5) {
         constexpr int kSettleBlocks = 256;
         constexpr int kWindowBlocks = 128;
-        signal().setSine(f, a);
+        signal().play(testing::sine(f, a, (kSettleBlocks + kWindowBlocks) * graph.blockSize()));
         renderSamples(kind, kSettleBlocks);
         std::vector<float> y = renderSamples(kind, kWindowBlocks);
         double re = 0.0, im = 0.0;

@@ -9,27 +9,21 @@
 #include "engine/framework/ValueSource.h"
 #include "engine/sound/MixerSection.h"
 #include "engine/sound/OscillatorSection.h"
+#include "tests/engine/ScriptedSignal.h"
 
 namespace tolvane {
 namespace {
 
-// A constant audio block that counts its renders.
-class CountingSource : public DspModule {
-public:
-    CountingSource(ModuleGraph& g, float v) : DspModule(g, OutputKind::Block, 0), level(v) {}
-    void compute() override { ++renders, std::fill(block_.begin(), block_.end(), level); }
-    float level;
-    int renders = 0;
-};
+using testing::ScriptedSignal;
 
 struct MixerRig {
     ModuleGraph graph;
-    std::array<std::unique_ptr<Poly<CountingSource>>, 4> sources;
+    std::array<std::unique_ptr<Poly<ScriptedSignal>>, 4> sources;
     std::array<std::unique_ptr<Poly<ValueSource>>, 4> levels;
     Poly<Mixer> mixer{graph, 8, kRuleFromInputs};
     MixerRig() {
         for (int i = 0; i < 4; ++i) {
-            sources[i] = std::make_unique<Poly<CountingSource>>(graph, 0, kRuleFromInputs, 0.2f + 0.1f * i);
+            sources[i] = std::make_unique<Poly<ScriptedSignal>>(graph, 0, kRuleFromInputs, 0.2f + 0.1f * i);
             levels[i] = std::make_unique<Poly<ValueSource>>(graph, 0, kRuleFromInputs, 0.0f);
             mixer.connectInput(sources[i].get(), i);
             mixer.connectInput(levels[i].get(), Mixer::kLevelInput + i);

@@ -9,17 +9,17 @@
 namespace tolvane {
 namespace {
 
-using test::TestSignal;
+using testing::ScriptedSignal;
 
 // Voice i plays a constant i + 1, so that each voice's share of the sum can be told apart.
 struct SumRig {
     explicit SumRig(int voices) {
         graph.setVoiceCount(voices);
-        for (int v = 0; v < voices; ++v) audio.at(v).setConstant(static_cast<float>(v + 1));
+        for (int v = 0; v < voices; ++v) audio.at(v).level = static_cast<float>(v + 1);
     }
     ModuleGraph graph;
     Poly<ValueSource> amplitude{graph, 0, kRuleGraphVoices, 0.0f};
-    Poly<TestSignal> audio{graph, 0, kRuleGraphVoices};
+    Poly<ScriptedSignal> audio{graph, 0, kRuleGraphVoices};
     AmpSection amp{graph, &amplitude, &audio};
     int tick = 0;
 

@@ -3,8 +3,6 @@
 // connection on a helper thread while the editor's idle handles them, as a host's idle would.
 #if defined(TOLVANE_X11_TESTS)
 
-#include <dirent.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -12,7 +10,6 @@
 #include <string>
 #include <thread>
 
-#include "gui/PopupMenuControl.h"
 #include "gui/RotaryKnob.h"
 #include "gui/TextField.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -59,15 +56,6 @@ private:
 };
 
 const ::testing::Environment* const xserver = ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
-
-int openDescriptors() {
-    int count = 0;
-    if (DIR* dir = opendir("/proc/self/fd")) {
-        while (readdir(dir)) ++count;
-        closedir(dir);
-    }
-    return count;
-}
 
 // ---- the fixture: a top-level "host" window and an editor that opens inside it
 
@@ -157,65 +145,6 @@ private:
     Display* display_;
 };
 
-TEST_F(LinuxWindowTest, OpensAsAChildOfTheHostWindowAndPaintsTheBackground) {
-    BitmapResource* background = testing::makeBitmap(300, 200, [](int, int) { return testing::rgb(10, 120, 230); });
-    editor->open(parentHandle());
-    editor->getFrame()->setBackground(background);
-    background->release();
-    ASSERT_NE(editor->getFrame()->getNativeWindow(), nullptr);
-    EXPECT_EQ(childrenOf(host), 1);
-    ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); })) << "no Expose arrived";
-
-    Window ours = static_cast<Window>(reinterpret_cast<std::uintptr_t>(editor->getFrame()->getNativeWindow()->nativeHandle()));
-    // The editor's requests travel on its own connection: give the server a moment to carry them out.
-    unsigned long pixel = 0;
-    for (int attempt = 0; attempt < 50 && (pixel & 0xFFFFFF) != 0x0A78E6u; ++attempt) {
-        User::pause(10);
-        XImage* image = XGetImage(display, ours, 150, 100, 1, 1, AllPlanes, ZPixmap);
-        ASSERT_NE(image, nullptr);
-        pixel = XGetPixel(image, 0, 0);
-        XDestroyImage(image);
-    }
-    EXPECT_EQ(pixel & 0xFFFFFF, 0x0A78E6u);
-    editor->close();
-    EXPECT_EQ(childrenOf(host), 0);
-}
-
-TEST_F(LinuxWindowTest, RealPointerDragsTurnAKnob) {
-    RecordingListener listener;
-    editor->open(parentHandle());
-    editor->setKnobMode(kLinearKnobMode);
-    auto* knob = new RotaryKnob(Rect{20, 20, 60, 60}, &listener, 11, nullptr, nullptr, Point{});
-    knob->setValue(0.3f);
-    editor->getFrame()->addView(knob);
-    ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); }));
-
-    std::atomic<bool> finished{false};
-    Point start = onScreen(Point{40, 40});
-    std::thread user([&] {
-        User me;
-        me.moveTo(start);
-        User::pause(50);
-        me.button(true);
-        User::pause(150);
-        for (int dy = 10; dy <= 40; dy += 10) {
-            me.moveTo(Point{start.h, start.v - dy});
-            User::pause(30);
-        }
-        User::pause(200);
-        me.button(false);
-        finished = true;
-    });
-    bool done = idleUntil([&] { return finished.load() && fakeHost.ended.size() == 1; }, 5000);
-    user.join();
-    ASSERT_TRUE(done) << "the drag did not end";
-    // 40 pixels up in linear mode at 200 pixels per range.
-    EXPECT_NEAR(knob->getValue(), 0.5f, 1e-5);
-    EXPECT_EQ(fakeHost.begun, std::vector<std::int32_t>{11});
-    EXPECT_GE(listener.values.size(), 1u);
-    editor->close();
-}
-
 TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
     RecordingListener listener;
     editor->open(parentHandle());
@@ -251,73 +180,6 @@ TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
     XGetInputFocus(display, &focus, &revert);
     EXPECT_EQ(focus, host) << "the focus went back to the host";
     editor->close();
-}
-
-TEST_F(LinuxWindowTest, PopupMenuRunsWithThePointerAndReportsTheChoice) {
-    RecordingListener listener;
-    editor->open(parentHandle());
-    auto* menu = new PopupMenuControl(Rect{20, 20, 100, 32}, &listener, 5, nullptr, nullptr, 0);
-    for (const char* text : {"First", "Second", "Third"}) menu->addEntry(text);
-    editor->getFrame()->addView(menu);
-    ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); }));
-
-    std::atomic<bool> finished{false};
-    Point control = onScreen(Point{40, 26});
-    // The menu opens below the control: entries of 16 pixels after a 1-pixel frame.
-    Point third = onScreen(Point{40, 32 + 1 + 2 * 16 + 8});
-    std::thread user([&] {
-        User me;
-        me.moveTo(control);
-        me.button(true);
-        me.button(false);
-        User::pause(400);
-        me.moveTo(Point{third.h, third.v - 20});
-        User::pause(50);
-        me.moveTo(third);
-        User::pause(50);
-        me.button(true);
-        me.button(false);
-        finished = true;
-    });
-    bool done = idleUntil([&] { return finished.load() && !listener.values.empty(); }, 5000);
-    user.join();
-    ASSERT_TRUE(done) << "no choice arrived";
-    EXPECT_EQ(listener.values, std::vector<float>{2.0f});
-    EXPECT_EQ(menu->getCurrent(), 2);
-    int topLevel = childrenOf(DefaultRootWindow(display));
-    editor->idle();
-    EXPECT_EQ(childrenOf(DefaultRootWindow(display)), topLevel) << "menu windows are gone";
-    editor->close();
-}
-
-TEST_F(LinuxWindowTest, OpeningAndClosingFiftyTimesLeavesNoWindowsOrConnectionsBehind) {
-    // One round first, so that one-time allocations (fonts, caches) are not counted.
-    editor->open(parentHandle());
-    idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); });
-    editor->close();
-    const int descriptors = openDescriptors();
-    const int rootChildren = childrenOf(DefaultRootWindow(display));
-    for (int i = 0; i < 50; ++i) {
-        editor->open(parentHandle());
-        auto* knob = new RotaryKnob(Rect{20, 20, 60, 60}, nullptr, 1, nullptr, nullptr, Point{});
-        editor->getFrame()->addView(knob);
-        editor->getFrame()->setCursor(CursorKind::sizeNS);
-        ASSERT_TRUE(idleUntil([&] { return !editor->getFrame()->isFirstDrawPending(); })) << i;
-        if (i % 10 == 0) {
-            // Now and then close with the edit field open.
-            auto* field = new TextField(Rect{20, 100, 160, 114}, nullptr, 3, "Init", nullptr, 0);
-            editor->getFrame()->addView(field);
-            editor->getFrame()->setFocusView(field);
-            field->takeFocus(nullptr);
-            EXPECT_TRUE(field->isEditing());
-        }
-        EXPECT_EQ(childrenOf(host), 1);
-        editor->close();
-        EXPECT_EQ(childrenOf(host), 0);
-    }
-    XSync(display, False);
-    EXPECT_EQ(openDescriptors(), descriptors) << "every display connection was closed";
-    EXPECT_EQ(childrenOf(DefaultRootWindow(display)), rootChildren);
 }
 
 TEST_F(LinuxWindowTest, TheHostClosingTheEditorDuringADragIsSurvived) {

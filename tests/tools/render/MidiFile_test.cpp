@@ -163,10 +163,6 @@ TEST(MidiFile, RefusesMalformedFilesWithAReason) {
         for (int b : body) t.bytes.push_back(static_cast<std::uint8_t>(b));
         return smf(format, division, {t});
     };
-    Bytes truncatedTrack = withTrack({0, 0x90, 60, 1, 0, 0xFF, 0x2F, 0});
-    truncatedTrack.resize(truncatedTrack.size() - 2);
-    Bytes shortHeader = smf(0, 96, {});
-    shortHeader.resize(12);
 
     const struct {
         const char* name;
@@ -175,21 +171,19 @@ TEST(MidiFile, RefusesMalformedFilesWithAReason) {
     } cases[] = {
         {"empty", {}, "MThd"},
         {"other format", {'R', 'I', 'F', 'F', 0, 0, 0, 4, 'W', 'A', 'V', 'E'}, "MThd"},
-        {"truncated header", shortHeader, "truncated inside its header"},
         {"format 2", withTrack({0, 0xFF, 0x2F, 0}, 96, 2), "format 2"},
         {"unknown format", withTrack({0, 0xFF, 0x2F, 0}, 96, 7), "format 7"},
         {"zero division", withTrack({0, 0xFF, 0x2F, 0}, 0), "zero ticks"},
         {"bad time code", withTrack({0, 0xFF, 0x2F, 0}, 0xE500 | 10), "time-code"},
         {"missing track", smf(1, 96, {Track().end(0)}, 2), "declares 2 tracks but ends after 1"},
-        {"truncated track", truncatedTrack, "track 1 is truncated"},
         {"data without status", withTrack({0, 60, 1}), "without a preceding status"},
         {"five-byte delta", withTrack({0x81, 0x81, 0x81, 0x81, 0x01, 0x90, 60, 1}), "longer than four bytes"},
         {"meta past the end", withTrack({0, 0xFF, 0x01, 10, 'a', 'b'}), "runs past the end"},
         {"sysex past the end", withTrack({0, 0xF0, 0x7F}), "runs past the end"},
         {"short tempo", withTrack({0, 0xFF, 0x51, 2, 1, 2}), "shorter than three"},
         {"real-time status", withTrack({0, 0xF8}), "cannot appear"},
-        {"cut channel message", withTrack({0, 0x90, 60}), "inside a channel message"},
         {"data byte with top bit", withTrack({0, 0x90, 60, 0x90}), "top bit"},
+        {"cut channel message", withTrack({0, 0x90, 60}), "inside a channel message"},
         {"cut delta", withTrack({0, 0x90, 60, 1, 0x81}), "inside a delta time"},
     };
     for (const auto& c : cases) {
@@ -201,6 +195,7 @@ TEST(MidiFile, RefusesMalformedFilesWithAReason) {
     }
 }
 
+// Cutting a file short anywhere, inside the header or inside a track chunk, is refused.
 TEST(MidiFile, EveryTruncationOfAValidFileIsRefused) {
     Track a;
     a.tempo(0, 500000).at(0, {0xFF, 0x58, 4, 4, 2, 24, 8}).end(0);

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/TempFolder.h"
+
 namespace tolvane {
 namespace {
 
@@ -19,11 +21,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 const float kNaN = std::numeric_limits<float>::quiet_NaN();
 const float kInf = std::numeric_limits<float>::infinity();
-
-Bytes readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 std::uint32_t le(const std::uint8_t* p, int bytes) {
     std::uint32_t v = 0;
@@ -66,30 +63,20 @@ Bytes checkWave(const Bytes& file, std::uint16_t tag, std::uint32_t rate, int bi
 
 class WavWriterTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        folder_ = fs::path(::testing::TempDir()) /
-                  ("wav-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     // Writes the frames in two calls, so that the header must add both up.
     Bytes writeFile(WavFormat format, int rate, const std::vector<float>& left, const std::vector<float>& right) {
         WavWriter writer;
         std::string error;
         const std::size_t half = left.size() / 2;
-        EXPECT_TRUE(writer.open((folder_ / "out.wav").string(), rate, format, error)) << error;
+        EXPECT_TRUE(writer.open(folder.file("out.wav"), rate, format, error)) << error;
         EXPECT_TRUE(writer.write(left.data(), right.data(), half, error)) << error;
         EXPECT_TRUE(writer.write(left.data() + half, right.data() + half, left.size() - half, error)) << error;
         EXPECT_TRUE(writer.finish(error)) << error;
-        return readFile(folder_ / "out.wav");
+        return testing::fileContents(folder.file("out.wav"));
     }
-    std::size_t files() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-    }
+    std::size_t files() const { return folder.entries().size(); }
 
-    fs::path folder_;
+    testing::TempFolder folder;
 };
 
 TEST_F(WavWriterTest, PcmSamplesAreRoundedClippedAndInterleaved) {
@@ -132,7 +119,7 @@ TEST_F(WavWriterTest, FloatSamplesAreStoredUnclipped) {
 }
 
 TEST_F(WavWriterTest, TargetIsReplacedOnlyByACompleteFile) {
-    const fs::path target = folder_ / "keep.wav";
+    const fs::path target = folder.path() / "keep.wav";
     { std::ofstream(target) << "old contents"; }
     const float silence[2] = {0.0f, 0.0f};
     std::string error;
@@ -142,7 +129,7 @@ TEST_F(WavWriterTest, TargetIsReplacedOnlyByACompleteFile) {
         ASSERT_TRUE(abandoned.write(silence, silence, 2, error)) << error;
         EXPECT_EQ(files(), 2u);  // the target and the file being written
     }
-    const Bytes kept = readFile(target);
+    const Bytes kept = testing::fileContents(target.string());
     EXPECT_EQ(std::string(kept.begin(), kept.end()), "old contents");
     EXPECT_EQ(files(), 1u);
 
@@ -151,7 +138,7 @@ TEST_F(WavWriterTest, TargetIsReplacedOnlyByACompleteFile) {
     EXPECT_EQ(files(), 2u);  // keep.wav and out.wav, no leftovers
 
     WavWriter unwritable;
-    const std::string missing = (folder_ / "no-folder" / "x.wav").string();
+    const std::string missing = folder.file("no-folder/x.wav");
     EXPECT_FALSE(unwritable.open(missing, 44100, WavFormat::Pcm24, error));
     EXPECT_NE(error.find(missing), std::string::npos) << error;
 }
