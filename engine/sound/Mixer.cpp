@@ -47,27 +47,28 @@ void Mixer::compute() {
     }
     previousMask_ = activeMask_;
 
-    // k counts 1, 2, ... in floats (exact), so that gain = start + k step without a conversion per sample.
+    // The gain of sample n is start + (n + 1) step. Loops run in groups of 16 samples, which the compiler
+    // turns into vector operations.
     if (active == 0) {
         forEachSample(count, [&](int n) { out[n] = 0.0f; });
     } else if (active == 1) {
         const float* __restrict a = in[0];
         const float sa = start[0], da = step[0];
-        float k = 1.0f;
-        for (int n = 0; n < count; ++n, k += 1.0f) out[n] = (sa + da * k) * a[n];
+        forEachSample(count, [&](int n) { out[n] = (sa + da * static_cast<float>(n + 1)) * a[n]; });
     } else if (active == 2) {
         const float* __restrict a = in[0];
         const float* __restrict b = in[1];
         const float sa = start[0], da = step[0], sb = start[1], db = step[1];
-        float k = 1.0f;
-        for (int n = 0; n < count; ++n, k += 1.0f) out[n] = (sa + da * k) * a[n] + (sb + db * k) * b[n];
+        forEachSample(count, [&](int n) {
+            const float k = static_cast<float>(n + 1);
+            out[n] = (sa + da * k) * a[n] + (sb + db * k) * b[n];
+        });
     } else {
         forEachSample(count, [&](int n) { out[n] = 0.0f; });
         for (int c = 0; c < active; ++c) {
             const float* __restrict a = in[c];
             const float sa = start[c], da = step[c];
-            float k = 1.0f;
-            for (int n = 0; n < count; ++n, k += 1.0f) out[n] += (sa + da * k) * a[n];
+            forEachSample(count, [&](int n) { out[n] += (sa + da * static_cast<float>(n + 1)) * a[n]; });
         }
     }
 }

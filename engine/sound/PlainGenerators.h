@@ -13,12 +13,11 @@ namespace tolvane {
 // n + 1 of the ramp), then p advances by f. Returns the phase after the block.
 template <class Value>
 inline float runPhase(float* out, int count, float p, float f, float w0, float ws, Value&& value) {
-    float k = 1.0f;  // n + 1, counted in floats (exact) rather than converted per sample
-    for (int n = 0; n < count; ++n, k += 1.0f) {
-        float w = wave::clampWidth(w0 + ws * k);
+    forEachSample(count, [&](int n) {
+        float w = wave::clampWidth(w0 + ws * static_cast<float>(n + 1));
         out[n] = value(p, w, n);
         p = wave::advance(p, f);
-    }
+    });
     return p;
 }
 

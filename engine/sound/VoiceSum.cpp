@@ -51,8 +51,8 @@ void VoiceSum::updateBlock(int tick) {
             float* __restrict sum = out;
             const float from = previous;
             const float step = (a - from) * perSample;
-            float k = 1.0f;  // 1, 2, ... exactly, without a conversion per sample
-            for (int j = 0; j < n; ++j, k += 1.0f) sum[j] += (from + k * step) * in[j];
+            for (int g = 0; g < n; g += kGroup)
+                for (int j = g; j < g + kGroup; ++j) sum[j] += (from + static_cast<float>(j + 1) * step) * in[j];
             ++rendered_;
             steady_ = false;
         }

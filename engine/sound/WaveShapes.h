@@ -143,26 +143,17 @@ struct TableShape {
 // time to the next one. r is the number of residual points per cycle.
 struct ResidualSaw {
     static constexpr bool kPulse = false;
-    // The corrections reach 16 samples, that is 16 f cycles, to either side of the wrap; most samples lie
-    // outside both and cost only the naive ramp and two compares.
     explicit ResidualSaw(float f)
-        : r(static_cast<float>(ResidualTable::kPointsPerSample) / f),
-          reach(static_cast<float>(ResidualTable::kSpan) / r),
-          table(stepResidualTable()) {}
+        : r(static_cast<float>(ResidualTable::kPointsPerSample) / f), table(stepResidualTable()) {}
     float operator()(float p) const {
         float out = 0.5f - p;
-        if (p < reach) {
-            float after = r * p;
-            if (after < ResidualTable::kSpan) out += table.lookup(after);
-        }
-        if (p > 1.0f - reach) {
-            float before = r * (1.0f - p);
-            if (before < ResidualTable::kSpan) out -= table.lookup(before);
-        }
+        float after = r * p;
+        if (after < ResidualTable::kSpan) out += table.lookup(after);
+        float before = r * (1.0f - p);
+        if (before < ResidualTable::kSpan) out -= table.lookup(before);
         return out;
     }
     float r;
-    float reach;
     const StepResidualTable& table;
 };
 
