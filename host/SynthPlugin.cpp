@@ -641,14 +641,14 @@ void SynthPlugin::render(float** outputs, int frames) {
     auto deliver = [&](int offset, int count) {
         const float* l = engine_->left() + offset;
         const float* r = engine_->right() + offset;
-        for (int i = 0; i < count; ++i) {
-            if (Accumulate) {
+        if (Accumulate) {
+            for (int i = 0; i < count; ++i) {
                 left[i] += l[i];
                 right[i] += r[i];
-            } else {
-                left[i] = l[i];
-                right[i] = r[i];
             }
+        } else {
+            std::memcpy(left, l, static_cast<std::size_t>(count) * sizeof(float));
+            std::memcpy(right, r, static_cast<std::size_t>(count) * sizeof(float));
         }
         left += count;
         right += count;

@@ -43,7 +43,7 @@ void OutputMix::updateBlock(int tick) {
         const float step0 = dryActive ? dryStep : wetStep;
         if (step0 == 0.0f && input(dryActive ? kDry : kWet)->steadyBlock()) {
             // A steady gain on a steady signal (an idle synthesizer's guard offset): one value for the block.
-            std::fill(block_.begin(), block_.end(), outputLimit((dryActive ? dryStart : wetStart) * in[0]));
+            fillBlock(outputLimit((dryActive ? dryStart : wetStart) * in[0]));
             steady_ = true;
             return;
         }

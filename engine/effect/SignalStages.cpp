@@ -12,7 +12,7 @@ using effect::kGroup;
 void InputGuard::compute() {
     float* out = block_.data();
     if (!input(0) || (input(0)->steadyBlock() && input(0)->block()[0] == 0.0f)) {
-        std::fill(block_.begin(), block_.end(), effect::kInputOffset);
+        fillBlock(effect::kInputOffset);
         steady_ = true;
         return;
     }

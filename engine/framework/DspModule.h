@@ -73,6 +73,15 @@ protected:
         return 0.0f;
     }
     float inputValue(int k) const { return controlValue(inputs_[static_cast<std::size_t>(k)]); }
+    // Sets every sample of the block output to v (in groups of 16, which the compiler vectorises).
+    void fillBlock(float v) {
+        float* out = block_.data();
+        const int n = static_cast<int>(block_.size());
+        int i = 0;
+        for (; i + 16 <= n; i += 16)
+            for (int j = 0; j < 16; ++j) out[i + j] = v;
+        for (; i < n; ++i) out[i] = v;
+    }
     const float* inputBlock(int k) const { return inputs_[static_cast<std::size_t>(k)]->block(); }
 
     ModuleGraph* owner_;
