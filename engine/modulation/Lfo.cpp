@@ -88,7 +88,7 @@ void LfoWaveform::compute() {
     float sum = shapeSum(x, i, count);
     scalar_ = count > 1 ? sum / static_cast<float>(count) : sum;
 
-    float step = inputValue(kRate) / blockRate_;
+    float step = inputValue(kRate) * blockPeriod_;
     if (!(step > 0.0f)) step = 0.0f;
     if (step > kMaxStep) step = kMaxStep;
     phase_ += step;

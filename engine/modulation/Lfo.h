@@ -76,6 +76,8 @@ public:
     float ringValue(int i) const { return ring_[static_cast<std::size_t>(i & (kRingSize - 1))]; }
     int readIndex() const { return readIndex_; }
     void compute() override;
+    void sampleRateChanged() override { blockPeriod_ = 1.0f / blockRate_; }
+    void blockSizeChanged() override { blockPeriod_ = 1.0f / blockRate_; }
 
     // The shapes at x in [0, 1), for a ring read at i.
     float shapeSum(float x, int i, int& count) const;
@@ -83,6 +85,7 @@ public:
 private:
     void advanceRing();
 
+    float blockPeriod_ = 1.0f / blockRate_;  // seconds per block
     float phase_;
     std::array<float, kRingSize> ring_{};
     int readIndex_ = 0;
