@@ -39,6 +39,17 @@ void LfoWaveform::advanceRing() {
 }
 
 float LfoWaveform::shapeSum(float x, int i, int& count) const {
+    // One waveform alone is the common case.
+    count = 1;
+    switch (mask_) {
+        case kSine: return sineTable().sine(x);
+        case kTriangle: return x < 0.5f ? 4.0f * x - 1.0f : 3.0f - 4.0f * x;
+        case kSawtooth: return 1.0f - 2.0f * x;
+        case kSquare: return x < 0.5f ? 1.0f : -1.0f;
+        case kSampleHold: return ringValue(i);
+        case kRandom: return ringValue(i) + (ringValue(i + 1) - ringValue(i)) * x;
+        default: break;
+    }
     float sum = 0.0f;
     count = 0;
     if (mask_ & kSine) {
