@@ -11,8 +11,8 @@ constexpr int kSpanSamples = ResidualTable::kSize / ResidualTable::kPointsPerSam
 // Integration steps per table point: the kernel is integrated far finer than it is stored.
 constexpr int kStepsPerPoint = 16;
 
-// The taper: a four-term cosine window with a continuous first derivative, 1 at x = 0 and exactly 0
-// at x = 1 (16 samples), so the tables end smoothly.
+// The taper: a four-term cosine window with a continuous first derivative, 1 at x = 0 and 0 at x = 1
+// (16 samples).
 double taper(double x) {
     return 0.355768 + 0.487396 * std::cos(kPi * x) + 0.144232 * std::cos(2.0 * kPi * x) +
            0.012604 * std::cos(3.0 * kPi * x);
@@ -27,33 +27,34 @@ void storeWithSlopes(ResidualTable& table, const std::vector<double>& fine) {
     table.slope[ResidualTable::kSize - 1] = 0.0f - table.value[ResidualTable::kSize - 1];
 }
 
+// The residuals of a band-limited unit step and unit ramp, tapered to zero over 16 samples.
+//
+// An ideal (sinc-interpolated) unit step is Si(pi t)/pi + 1/2; what it adds to the naive step after the
+// jump is R(t) = Si(pi t)/pi - 1/2, which starts at -0.5 with slope 1 per sample and rings down. The
+// ramp's residual is its running integral, Q(t) = t (Si(pi t)/pi - 1/2) + cos(pi t)/pi^2, which starts at
+// 1/pi^2 and has slope R. Both are multiplied by the same smooth taper, a four-term cosine window that is
+// 1 at t = 0 and reaches 0 with zero slope at 16 samples, so the corrections end there without a step.
+// Si(pi t)/pi is the integral of sinc from 0 to t, taken on a grid far finer than the tables.
 struct Residuals {
     StepResidualTable step;
     RampResidualTable ramp;
 
     Residuals() {
-        // Kernel h(t) on a fine grid over [0, 16] samples, then tail integrals (trapezoid rule) from the
-        // end backwards: R(t) = -integral of h from t to 16 / area, Q(t) = -integral of R from t to 16.
         const int steps = ResidualTable::kSize * kStepsPerPoint;
         const double dt = 1.0 / (ResidualTable::kPointsPerSample * kStepsPerPoint);
-        std::vector<double> kernel(static_cast<std::size_t>(steps) + 1);
+        std::vector<double> r(static_cast<std::size_t>(steps) + 1);
+        std::vector<double> q(r.size());
+        double siOverPi = 0.0;  // integral of sinc from 0 to t (trapezoid rule)
+        double previousSinc = 1.0;
         for (int i = 0; i <= steps; ++i) {
-            double t = i * dt;
-            kernel[static_cast<std::size_t>(i)] = taper(t / kSpanSamples) * sinc(t);
-        }
-        std::vector<double> tail(kernel.size(), 0.0);
-        for (int i = steps - 1; i >= 0; --i) {
-            auto k = static_cast<std::size_t>(i);
-            tail[k] = tail[k + 1] + 0.5 * (kernel[k] + kernel[k + 1]) * dt;
-        }
-        // The kernel is even, so its whole area is twice the half from 0; R(0) is then exactly -0.5.
-        const double area = 2.0 * tail[0];
-        std::vector<double> r(kernel.size());
-        for (std::size_t k = 0; k < r.size(); ++k) r[k] = -tail[k] / area;
-        std::vector<double> q(kernel.size(), 0.0);
-        for (int i = steps - 1; i >= 0; --i) {
-            auto k = static_cast<std::size_t>(i);
-            q[k] = q[k + 1] - 0.5 * (r[k] + r[k + 1]) * dt;
+            const double t = i * dt;
+            const double sincT = sinc(t);
+            if (i > 0) siOverPi += 0.5 * (previousSinc + sincT) * dt;
+            previousSinc = sincT;
+            const double w = taper(t / kSpanSamples);
+            const double residual = siOverPi - 0.5;
+            r[static_cast<std::size_t>(i)] = residual * w;
+            q[static_cast<std::size_t>(i)] = (t * residual + std::cos(kPi * t) / (kPi * kPi)) * w;
         }
         storeWithSlopes(step, r);
         storeWithSlopes(ramp, q);
