@@ -1,6 +1,7 @@
 #include "editor/FileMenuWidget.h"
 
 #include "editor/EditorSkin.h"
+#include "editor/LayoutTable.h"
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
 #include "gui/EditorFrame.h"
@@ -8,8 +9,9 @@
 namespace tolvane {
 namespace {
 
-constexpr int kColumn = 90;
-constexpr int kPressedRow = 12;
+constexpr const layout::Control& kPlace = *layout::find(layout::kStrip, layout::Widget::FileMenu);
+constexpr int kColumn = kPlace.column;
+constexpr int kPressedRow = kPlace.height;
 
 }  // namespace
 
@@ -36,7 +38,7 @@ FileMenuWidget::FileMenuWidget(SynthEditor& editor) : ParamWidget(editor, -1) {}
 
 void FileMenuWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    menu_ = addControl(new FileMenuControl(area(674, 290, 36, 12), this, bitmap(skin::kPageTabsAndFile)));
+    menu_ = addControl(new FileMenuControl(kPlace.at(0), this, bitmap(kPlace.bitmap)));
 }
 
 void FileMenuWidget::detach() {

@@ -25,7 +25,7 @@ private:
 
 class ListMenuWidget : public ParamWidget {
 public:
-    ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, Point position);
+    ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, const Rect& area);
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
@@ -42,7 +42,7 @@ private:
     void fill(ListMenuControl& menu);
 
     const MenuTable& table_;
-    Point position_;
+    Rect area_;
     int entry_;
     ListMenuControl* menu_ = nullptr;
 };
