@@ -17,7 +17,9 @@ constexpr int kPressedRow = kPlace.height;
 
 const char* const FileMenuWidget::kEntries[7] = {"Load Program...", "Load Bank...", "Load Controller Map...", "-",
                                                  "Save Program...", "Save Bank...", "Save Controller Map..."};
-const int FileMenuWidget::kCommands[7] = {-3, -4, -5, 0, -6, -7, -8};
+const EditorCommand FileMenuWidget::kCommands[7] = {
+    EditorCommand::LoadProgram, EditorCommand::LoadBank, EditorCommand::LoadMaps,    EditorCommand::Recall,
+    EditorCommand::SaveProgram, EditorCommand::SaveBank, EditorCommand::SaveMaps};
 
 FileMenuControl::FileMenuControl(const Rect& bounds, ControlListener* listener, BitmapResource* bitmap)
     : PopupMenuControl(bounds, listener, 0, bitmap, nullptr, kNoTextStyle) {
@@ -49,8 +51,8 @@ void FileMenuWidget::detach() {
 void FileMenuWidget::valueChanged(Canvas*, Control* control) {
     if (control != menu_) return;
     const int entry = static_cast<int>(menu_->getValue());
-    if (entry < 0 || entry >= 7 || kCommands[entry] == 0) return;
-    editor_.controller().setProgram(kCommands[entry]);
+    if (entry < 0 || entry >= 7 || kEntries[entry][0] == '-') return;
+    editor_.controller().runCommand(kCommands[entry]);
 }
 
 }  // namespace tolvane

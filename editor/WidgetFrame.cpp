@@ -21,8 +21,7 @@ constexpr int kPage1Values = 77;           // 0-76
 constexpr int kFirstStripValue = 77;       // 77-82
 constexpr int kFirstPage2Value = 83;       // 83-175
 constexpr int kTabTagBase = 0;             // tabs 0 and 1
-constexpr int kRecallCommand = -1;
-constexpr int kInitCommand = -2;
+constexpr EditorCommand kButtonCommands[2] = {EditorCommand::Recall, EditorCommand::Init};
 
 bool covers(const Rect& area, const Rect& bounds) {
     return bounds.left >= area.left && bounds.top >= area.top && bounds.right <= area.right &&
@@ -87,10 +86,11 @@ void WidgetFrame::addFixedControls() {
         tabs_[page]->setValue(page == currentPage_ ? 1.0f : 0.0f);
         addView(tabs_[page]);
     }
-    const int commands[2] = {kRecallCommand, kInitCommand};
     const layout::Control& buttons = *layout::find(layout::kStrip, layout::Widget::ProgramCommands);
     for (int i = 0; i < 2; ++i) {
-        commands_[i] = new MomentaryButton(buttons.at(i), this, commands[i], buttons.height,
+        // Tagged with the command's negative number: no parameter, so its press is no edit gesture.
+        const auto tag = static_cast<std::int32_t>(kButtonCommands[i]);
+        commands_[i] = new MomentaryButton(buttons.at(i), this, tag, buttons.height,
                                            synthEditor_.bitmap(buttons.bitmap), Point{buttons.columnOf(i), 0});
         addView(commands_[i]);
     }
@@ -159,9 +159,9 @@ void WidgetFrame::valueChanged(Canvas*, Control* control) {
         selectPage(page);
         return;
     }
-    for (MomentaryButton* command : commands_) {
-        if (control != command) continue;
-        if (command->getValue() == 1.0f) synthEditor_.controller().setProgram(command->getTag());
+    for (int i = 0; i < 2; ++i) {
+        if (control != commands_[i]) continue;
+        if (commands_[i]->getValue() == 1.0f) synthEditor_.controller().runCommand(kButtonCommands[i]);
         return;
     }
 }

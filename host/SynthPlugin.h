@@ -47,6 +47,7 @@ public:
     void process(float** inputs, float** outputs, int frames) override;
     void processReplacing(float** inputs, float** outputs, int frames) override;
     void setProgram(int program) override;
+    void runCommand(EditorCommand command) override;
     int getProgram() override { return curProgram_.load(std::memory_order_relaxed); }
     void setProgramName(const char* name) override;
     void getProgramName(char* name) override;
@@ -145,7 +146,6 @@ private:
     void showParameterStatus(int index, float value, TextWriter writer);
     void showProgramStatus(int program, TextWriter writer);
     void storeCurrentRecord(const ProgramRecord& record);
-    void runEditorCommand(int command);
 
     ParameterTable table_;
     std::unique_ptr<ControllerRouter> router_;
