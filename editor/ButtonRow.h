@@ -46,7 +46,6 @@ public:
     void showChoice(int choice);
     void showBits(int bits);
     void setOn(int position, bool on);
-    bool isOn(int position) const;
     // Another column of the bitmap for one button.
     void setColumn(int position, int column);
     // Draws the buttons that changed.

@@ -32,7 +32,6 @@ public:
     void detach() override;
     void setValue(float value) override;
 
-    int currentEntry() const { return entry_; }
     const char* closedText() const;
     const MenuTable& table() const { return table_; }
     ListMenuControl* menu() const { return menu_; }

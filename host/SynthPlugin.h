@@ -89,7 +89,6 @@ public:
     SynthEngine& engine() { return *engine_; }
     ControllerRouter& router() { return *router_; }
     SynthEditor& synthEditor() { return *synthEditor_; }
-    const ParameterTable& parameterTable() const { return table_; }
     std::uint32_t tick() const { return tick_; }
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
