@@ -233,14 +233,23 @@ int lightPixels(const BmpImage& image, int x0, int y0, int x1, int y1) {
     return count;
 }
 
+// Every knob of page 1 and of the strip is labelled just above; on page 2 the slots' depth knobs and
+// their sensitivity menus.
 TEST(SkinBitmaps, BackgroundsLabelTheControlsJustAboveThem) {
     struct Control {
         int page, x, y, width;
     };
-    const Control sample[] = {
-        {1, 54, 43, 22},   {1, 222, 223, 22}, {1, 348, 99, 22}, {1, 642, 178, 22}, {1, 8, 38, 30},
-        {1, 554, 102, 30}, {1, 117, 279, 22}, {2, 62, 43, 22},  {2, 238, 87, 45},  {2, 310, 278, 30},
+    std::vector<Control> sample;
+    auto addKnobs = [&](const auto& table) {
+        for (const layout::Control& run : table)
+            if (run.kind() == layout::Kind::Knob) sample.push_back({1, run.x, run.y, run.width});
     };
+    addKnobs(layout::kPage1);
+    addKnobs(layout::kStrip);
+    for (const layout::Control& run : layout::kPage2)
+        if ((run.index >= 83 && run.index < 91) || (run.index >= 107 && run.index < 115))
+            sample.push_back({2, run.x, run.y, run.width});
+    ASSERT_GT(sample.size(), 60u);
     BmpImage pages[2] = {loadResource(128), loadResource(129)};
     for (const Control& c : sample) {
         const BmpImage& page = pages[c.page - 1];
