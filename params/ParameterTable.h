@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "params/Formatters.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "params/ParameterIds.h"
 
 namespace tolvane {

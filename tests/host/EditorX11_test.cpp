@@ -22,7 +22,7 @@
 #include "gui/BmpImage.h"
 #include "gui/EmbeddedResources.h"
 #include "host/Vst2.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "tools/render/EditorScreenshot.h"
 
 // Last: Xlib's macros would clash with names in the headers above.
