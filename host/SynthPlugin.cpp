@@ -261,6 +261,7 @@ void SynthPlugin::noteDisplayValue(int index, float value) {
 // engine or the allocator. A reserved index has no setter.
 void SynthPlugin::applyParameter(int index, float v) {
     using namespace param;
+    if (index >= 0 && index < kNumParameters) applied_[static_cast<std::size_t>(index)] = v;
     const ValueMappings& m = table_.mappings();
     SynthEngine& e = *engine_;
     if (index >= ModDepth1 && index < ModDepth1 + 8) return e.setSlotDepth(index - ModDepth1, m.bipolarSquare.map(v));
