@@ -626,6 +626,11 @@ void SynthPlugin::startOfBlock() {
                  });
 }
 
+void SynthPlugin::restartTicksAt(std::uint32_t tick) {
+    tick_ = tick;
+    engine_->reset(DspModule::tickOf(tick));
+}
+
 void SynthPlugin::applyPendingChanges() {
     startOfProcess();
     startOfBlock();
@@ -671,7 +676,7 @@ void SynthPlugin::render(float** outputs, int frames) {
         startOfBlock();
         router_->processEvents(kBlockSize);
         ++tick_;
-        engine_->render(static_cast<int>(tick_));
+        engine_->render(DspModule::tickOf(tick_));
         int n = frames < kBlockSize ? frames : kBlockSize;
         if (n < kBlockSize) pendingSamples_ = static_cast<std::uint32_t>(kBlockSize - n);
         deliver(0, n);

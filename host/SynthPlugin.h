@@ -92,6 +92,9 @@ public:
     std::uint32_t tick() const { return tick_; }
     // The value each index's setter ran with last. Audio thread only (tests check what it applied).
     float appliedValue(int index) const { return applied_[static_cast<std::size_t>(index)]; }
+    // Restarts the block count at tick with an engine reset there, as a reset at 0 does (tests of the
+    // wrap after 2^32 blocks). Audio thread or no rendering at the same time.
+    void restartTicksAt(std::uint32_t tick);
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
     const ValueFormatter* formatterOf(int index) const;

@@ -33,7 +33,7 @@ void FilterModule::clearState() {
 
 void FilterModule::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) clearState();
+    if (!follows(tick, lastTick_)) clearState();
     lastTick_ = tick;
     updateInputs(tick);
     compute();
