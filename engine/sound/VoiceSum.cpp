@@ -80,7 +80,6 @@ void VoiceSum::dropRunawayVoices(int slots) {
         const float* in = audio_->instance(i)->block();
         if (!blockInRange(in, n)) {
             previous_[slot] = 0.0f;
-            ++dropped_;
             continue;
         }
         const float from = rampStart_[slot];

@@ -39,8 +39,6 @@ public:
     float previousAmplitude(int slot) const { return previous_[static_cast<std::size_t>(slot)]; }
     // Voices whose audio was pulled in the last block.
     int voicesRendered() const { return rendered_; }
-    // Voice blocks left out of the sum because they held a non-finite or runaway value.
-    long voicesDropped() const { return dropped_; }
 
 private:
     void dropRunawayVoices(int slots);
@@ -52,7 +50,6 @@ private:
     // This block: which voices were pulled, and the amplitude each one's ramp started from.
     std::array<bool, kMaxVoices> renderedNow_{};
     std::array<float, kMaxVoices> rampStart_{};
-    long dropped_ = 0;
     int lastSlotCount_ = 0;
     int rendered_ = 0;
 };
