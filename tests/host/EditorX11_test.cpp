@@ -182,6 +182,8 @@ protected:
                              CopyFromParent, CWBackPixel, &attributes);
         XStoreName(display, host, "host");
         XMapWindow(display, host);
+        // Keys follow the pointer, as on a desktop without a window manager.
+        XSetInputFocus(display, PointerRoot, RevertToPointerRoot, CurrentTime);
         XSync(display, False);
     }
     void TearDown() override {
