@@ -19,8 +19,8 @@
 // Last: Xlib's macros (None, Bool) would clash with names in the headers above.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
+
+#include "support/XTestUser.h"
 
 namespace tolvane {
 namespace {
@@ -118,54 +118,7 @@ protected:
     TestEditor* editor = nullptr;
 };
 
-// A second connection that plays the user.
-class User {
-public:
-    User() : display_(XOpenDisplay(nullptr)) {}
-    ~User() {
-        if (display_) XCloseDisplay(display_);
-    }
-    void moveTo(Point p) {
-        XTestFakeMotionEvent(display_, -1, p.h, p.v, 0);
-        XSync(display_, False);
-    }
-    void button(bool down) {
-        XTestFakeButtonEvent(display_, 1, down ? True : False, 0);
-        XSync(display_, False);
-    }
-    void key(KeySym symbol, bool shift = false) {
-        const ::KeyCode code = keyFor(symbol);
-        const ::KeyCode shiftCode = XKeysymToKeycode(display_, XK_Shift_L);
-        if (shift) XTestFakeKeyEvent(display_, shiftCode, True, 0);
-        XTestFakeKeyEvent(display_, code, True, 0);
-        XTestFakeKeyEvent(display_, code, False, 0);
-        if (shift) XTestFakeKeyEvent(display_, shiftCode, False, 0);
-        XSync(display_, False);
-    }
-    // The key that types symbol; a symbol the server's keyboard lacks is put on a key that has none (the
-    // editor's connection hears of the change and reads keys with the new layout).
-    ::KeyCode keyFor(KeySym symbol) {
-        if (::KeyCode code = XKeysymToKeycode(display_, symbol)) return code;
-        int first = 0, last = 0, width = 0;
-        XDisplayKeycodes(display_, &first, &last);
-        KeySym* map = XGetKeyboardMapping(display_, static_cast<::KeyCode>(first), last - first + 1, &width);
-        int spare = 0;
-        for (int code = last; code >= first && !spare; --code) {
-            bool empty = true;
-            for (int k = 0; k < width; ++k) empty = empty && map[(code - first) * width + k] == NoSymbol;
-            if (empty) spare = code;
-        }
-        XFree(map);
-        KeySym symbols[2] = {symbol, symbol};
-        XChangeKeyboardMapping(display_, spare, 2, symbols, 1);
-        XSync(display_, False);
-        return static_cast<::KeyCode>(spare);
-    }
-    static void pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
-private:
-    Display* display_;
-};
+using User = testing::XTestUser;
 
 // The focus goes back to where it was: the host's window, or PointerRoot (keys follow the pointer), which
 // the editor must not keep for itself once the field has closed.
