@@ -37,12 +37,18 @@ bool FileCommands::run(int command) {
 
     {
         std::lock_guard<std::mutex> lock(mutex_);
-        if (pending_.request) return true;  // one dialog at a time
-        // Held while the dialog starts, so that a command from another thread cannot open a second one.
-        pending_.request = save ? dialogs_.startSave(kind) : dialogs_.startLoad(kind);
+        if (dialogOpen_) return true;  // one dialog at a time
+        dialogOpen_ = true;
+    }
+    // Not under the lock: a modal dialog runs a message loop of its own, from which the host may call the
+    // editor's idle, and with it idle() here, on this same thread.
+    std::unique_ptr<DialogRequest> request = save ? dialogs_.startSave(kind) : dialogs_.startLoad(kind);
+    if (!request) request = std::make_unique<AnsweredRequest>(DialogChoice::unavailable());
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        pending_.request = std::move(request);
         pending_.kind = kind;
         pending_.save = save;
-        if (!pending_.request) pending_.request = std::make_unique<AnsweredRequest>(DialogChoice::unavailable());
     }
     idle();
     return true;
@@ -56,6 +62,7 @@ void FileCommands::idle() {
         if (!pending_.request || !pending_.request->poll(choice)) return;
         answered = std::move(pending_);
         pending_ = Pending{};
+        dialogOpen_ = false;
     }
     switch (choice.outcome) {
     case DialogChoice::Outcome::Cancelled: break;
@@ -72,7 +79,7 @@ void FileCommands::idle() {
 
 bool FileCommands::dialogOpen() const {
     std::lock_guard<std::mutex> lock(mutex_);
-    return pending_.request != nullptr;
+    return dialogOpen_;
 }
 
 bool fileKindOfName(const std::string& path, FileKind& kind) {

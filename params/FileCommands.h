@@ -86,6 +86,7 @@ private:
     FileDialogs& dialogs_;
     // The open dialog. Commands may come from any of the host's non-audio threads.
     mutable std::mutex mutex_;
+    bool dialogOpen_ = false;  // from the start of a command's dialog until its answer is taken
     Pending pending_;
 };
 

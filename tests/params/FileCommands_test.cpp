@@ -233,6 +233,30 @@ TEST_F(FileCommandsTest, AnOpenDialogIsAnsweredInALaterIdleAndFileCommandsWaitFo
     EXPECT_EQ(dialogs.asked.size(), 2u) << "the next command opens a dialog again";
 }
 
+// A modal dialog (the Windows form) runs a message loop from which the host idles the editor, and the
+// user may pick another file command meanwhile: neither may wait for the dialog that is running.
+TEST_F(FileCommandsTest, AModalDialogsLoopMayIdleAndSendCommands) {
+    struct ModalDialogs : FileDialogs {
+        FileCommands* commands = nullptr;
+        std::string path;
+        int opened = 0;
+        DialogChoice openLoad(FileKind) override {
+            ++opened;
+            commands->idle();
+            commands->run(kCommandSaveBank);
+            return DialogChoice::chosen(path);
+        }
+        DialogChoice openSave(FileKind kind) override { return openLoad(kind); }
+    } modal;
+    FileCommands modalCommands{plugin, modal};
+    modal.commands = &modalCommands;
+    modal.path = writeFile("modal.prog", writeProgramFile(plugin.edit));
+    modalCommands.run(kCommandLoadProgram);
+    EXPECT_EQ(modal.opened, 1);
+    EXPECT_EQ(plugin.programsApplied, 1) << "the answer of a modal dialog is carried out at once";
+    EXPECT_FALSE(modalCommands.dialogOpen());
+}
+
 TEST_F(FileCommandsTest, DroppedFilesLoadAsTheirExtensionSays) {
     ProgramRecord record{};
     const FileBytes program = writeProgramFile(record);
