@@ -297,9 +297,9 @@ bool LinuxPopupMenu::grab() {
 
 // A menu that does not fit below its corner opens above both the corner and the pointer (which lies on the
 // control that opened it); one that fits neither way is pushed onto the screen beside the pointer, so that
-// it appears under the pointer only when it fits nowhere else. The
-// release of the click that opened the menu never chooses: an entry is chosen by a press and release on it,
-// or by a release after the pointer came into the menu from outside (a press held and dragged onto an entry).
+// it appears under the pointer only when it fits nowhere else. The release of the click that opened the
+// menu never chooses: an entry is chosen by a press and release on it, or by a release after the pointer
+// came into the menu from outside (a press held and dragged onto an entry).
 int LinuxPopupMenu::run(const std::vector<MenuItem>& items, Point where, bool) {
     Window child = 0;
     int rootX = 0, rootY = 0;
