@@ -7,8 +7,8 @@
 #include "engine/framework/DenormalGuard.h"
 #include "engine/voice/SynthEngine.h"
 #include "params/FactoryBank.h"
-#include "params/FastMath.h"
-#include "params/TempoDivisions.h"
+#include "dsp/FastMath.h"
+#include "dsp/TempoDivisions.h"
 #include "params/TextHelpers.h"
 
 namespace tolvane {

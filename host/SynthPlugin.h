@@ -25,7 +25,7 @@
 #include "params/FileDialogs.h"
 #include "params/Formatters.h"
 #include "params/ParameterTable.h"
-#include "params/TempoDisplayState.h"
+#include "dsp/TempoDisplayState.h"
 
 namespace tolvane {
 

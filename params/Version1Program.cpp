@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

@@ -26,8 +26,8 @@
 #include "engine/sound/MixerSection.h"
 #include "engine/sound/OscillatorSection.h"
 #include "engine/effect/EffectUnit.h"
-#include "params/Mappings.h"
-#include "params/ParameterIds.h"
+#include "dsp/Mappings.h"
+#include "dsp/EngineLimits.h"
 
 namespace tolvane {
 

@@ -19,12 +19,12 @@
 
 #include <gtest/gtest.h>
 
+#include "dsp/Mappings.h"
 #include "editor/EditorSkin.h"
 #include "gui/BmpImage.h"
 #include "gui/EmbeddedResources.h"
 #include "host/SynthPlugin.h"
 #include "host/Vst2.h"
-#include "params/Mappings.h"
 #include "params/ProgramFiles.h"
 #include "support/TempFolder.h"
 #include "support/XServerForTests.h"
