@@ -195,6 +195,13 @@ private:
         Poly<LevelControl> control;
     };
     void pushOscOffset(int osc);
+    // The constructor's wiring, in the order it runs.
+    void wireOscillatorTargets();
+    void wireMixerGains();
+    void wireFilterTargets();
+    void wireAmplifier();
+    void collectControls();
+    void buildAudioPath(const ExponentialMapping& delayTime);
 
     VoiceAllocator& allocator_;
     Poly<ValueSource> zero_;
