@@ -22,22 +22,11 @@ void FileCommands::showFailure(FileResult result) {
 
 FileCommands::~FileCommands() = default;
 
-bool FileCommands::run(int command) {
-    bool save;
-    FileKind kind;
-    switch (command) {
-    case kCommandLoadProgram: save = false; kind = FileKind::Program; break;
-    case kCommandLoadBank: save = false; kind = FileKind::Bank; break;
-    case kCommandLoadControllerMap: save = false; kind = FileKind::ControllerMap; break;
-    case kCommandSaveProgram: save = true; kind = FileKind::Program; break;
-    case kCommandSaveBank: save = true; kind = FileKind::Bank; break;
-    case kCommandSaveControllerMap: save = true; kind = FileKind::ControllerMap; break;
-    default: return false;
-    }
-
+void FileCommands::run(FileAction action, FileKind kind) {
+    const bool save = action == FileAction::Save;
     {
         std::lock_guard<std::mutex> lock(mutex_);
-        if (dialogOpen_) return true;  // one dialog at a time
+        if (dialogOpen_) return;  // one dialog at a time
         dialogOpen_ = true;
     }
     // Not under the lock: a modal dialog runs a message loop of its own, from which the host may call the
@@ -51,7 +40,6 @@ bool FileCommands::run(int command) {
         pending_.save = save;
     }
     idle();
-    return true;
 }
 
 void FileCommands::idle() {

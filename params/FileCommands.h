@@ -13,15 +13,7 @@
 
 namespace tolvane {
 
-// The editor sends these through the plug-in's program selection.
-enum FileCommand : int {
-    kCommandLoadProgram = -3,
-    kCommandLoadBank = -4,
-    kCommandLoadControllerMap = -5,
-    kCommandSaveProgram = -6,
-    kCommandSaveBank = -7,
-    kCommandSaveControllerMap = -8,
-};
+enum class FileAction { Load, Save };
 
 // What the file commands read from and change in the plug-in.
 class FileCommandTarget {
@@ -51,11 +43,10 @@ public:
     FileCommands(FileCommandTarget& target, FileDialogs& dialogs) : target_(target), dialogs_(dialogs) {}
     ~FileCommands();
 
-    // Starts one of the six commands: a dialog asks for a file, and the load or save follows once the user
-    // has answered, at once when the dialog has answered before it returns, else in a later idle(). A
-    // cancelled dialog does nothing and shows nothing. While a dialog is open every command is ignored.
-    // Answers false, doing nothing, for any other command number.
-    bool run(int command);
+    // Starts a load or save: a dialog asks for a file, and the load or save follows once the user has
+    // answered, at once when the dialog has answered before it returns, else in a later idle(). A
+    // cancelled dialog does nothing and shows nothing. While a dialog is open further commands are ignored.
+    void run(FileAction action, FileKind kind);
 
     // Picks up the answer of the open dialog, if it has one, and carries out its command. The host's GUI
     // thread calls it from the editor's idle.

@@ -27,13 +27,13 @@
 #include "host/Vst2.h"
 #include "params/ProgramFiles.h"
 #include "support/TempFolder.h"
-#include "support/XServerForTests.h"
 #include "tools/render/EditorScreenshot.h"
 
 // Last: Xlib's macros would clash with names in the headers above.
 #include <X11/Xlib.h>
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
+#include <X11/keysym.h>
 
 #include "support/XTestUser.h"
 #if defined(TOLVANE_HAVE_XRES)
@@ -65,18 +65,6 @@ vst2::intptr VST_CALL recordingHost(vst2::AEffect*, vst2::int32 opcode, vst2::in
     }
 }
 
-testing::XServerForTests gServer;
-std::string gSkipReason;
-
-class XServerEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        if (!gServer.start(gSkipReason) && gSkipReason.empty()) gSkipReason = "no X server";
-    }
-    void TearDown() override { gServer.stop(); }
-};
-const ::testing::Environment* const xserver = ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
-
 int openDescriptors() {
     int count = 0;
     if (DIR* dir = opendir("/proc/self/fd")) {
@@ -85,8 +73,6 @@ int openDescriptors() {
     }
     return count;
 }
-
-using User = testing::XTestUser;
 
 // The top-level windows (menus among them) that appeared since `before`, with their rectangles on the root.
 std::vector<Rect> newTopLevels(Display* display, const std::vector<Window>& before) {
@@ -109,7 +95,7 @@ std::vector<Rect> newTopLevels(Display* display, const std::vector<Window>& befo
 class EditorInHostWindow : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!gSkipReason.empty()) GTEST_SKIP() << gSkipReason;
+        if (!testing::xServerSkipReason().empty()) GTEST_SKIP() << testing::xServerSkipReason();
         gCalls.clear();
         module_ = dlopen(TOLVANE_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(module_, nullptr) << dlerror();
@@ -284,16 +270,16 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     std::atomic<bool> finished{false};
     Point knob = onScreen(Point{65, 54});
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.moveTo(knob);
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.button(true);
-        User::pause(150);
+        testing::XTestUser::pause(150);
         for (int dy = 10; dy <= 40; dy += 10) {
             me.moveTo(Point{knob.h, knob.v - dy});
-            User::pause(40);
+            testing::XTestUser::pause(40);
         }
-        User::pause(150);
+        testing::XTestUser::pause(150);
         me.button(false);
         finished = true;
     });
@@ -309,7 +295,7 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
 
     // The page 2 tab.
     {
-        User me;
+        testing::XTestUser me;
         me.click(onScreen(Point{647, 296}));
     }
     ASSERT_TRUE(pageShown(2)) << "page 2 is not shown";
@@ -321,13 +307,13 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     Point menu = onScreen(Point{130, 70});
     Point item = onScreen(Point{136, 76 + 1 + 16 + 7 + 16 + 8});
     std::thread chooser([&] {
-        User me;
+        testing::XTestUser me;
         me.click(menu);
-        User::pause(400);
+        testing::XTestUser::pause(400);
         me.moveTo(Point{item.h, item.v - 10});
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.moveTo(item);
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.button(true);
         me.button(false);
         finished = true;
@@ -347,7 +333,7 @@ TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
     ASSERT_TRUE(pageShown(1));
     const float before = effect->getParameter(effect, 2);
     {
-        User me;
+        testing::XTestUser me;
         Point knob = onScreen(Point{65, 54});
         me.moveTo(knob);
         me.button(true);
@@ -368,10 +354,10 @@ TEST_F(EditorInHostWindow, ANameTypedWithAnAccentDrawsLikeTheSameNameSetByTheHos
     ASSERT_TRUE(pageShown(1));
     std::atomic<bool> finished{false};
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.keyFor(XK_eacute);
         me.click(onScreen(Point{420, 299}));
-        User::pause(300);
+        testing::XTestUser::pause(300);
         me.key(XK_c, true);
         me.key(XK_a);
         me.key(XK_f);
@@ -391,7 +377,7 @@ TEST_F(EditorInHostWindow, ANameTypedWithAnAccentDrawsLikeTheSameNameSetByTheHos
     EXPECT_STREQ(name, "Caf\xE9");
 
     {
-        User me;
+        testing::XTestUser me;
         me.click(onScreen(Point{647, 296}));
     }
     const EditorPicture page2 = offscreen(2, renamed);
@@ -409,13 +395,13 @@ TEST_F(EditorInHostWindow, OneClickOnTheProgramNumberOpensItsMenuAndChoosesNothi
     std::vector<Rect> menus;
     std::atomic<bool> finished{false};
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.click(number);
         for (int i = 0; i < 100 && menus.empty(); ++i) {
-            User::pause(20);
+            testing::XTestUser::pause(20);
             menus = newTopLevels(me.display(), before);
         }
-        User::pause(100);
+        testing::XTestUser::pause(100);
         me.key(XK_Escape);
         finished = true;
     });
@@ -440,7 +426,7 @@ TEST_F(EditorInHostWindow, KeysReachOnlyTheKnobPressedLast) {
     auto automated = [&] { return std::count_if(gCalls.begin(), gCalls.end(), [](const HostCall& c) {
         return c.opcode == vst2::audioMasterAutomate; }); };
     {
-        User me;
+        testing::XTestUser me;
         me.moveTo(onScreen(Point{200, 20}));
         for (KeySym arrow : {XK_Right, XK_Up, XK_Left, XK_Down}) me.key(arrow);
     }
@@ -449,13 +435,13 @@ TEST_F(EditorInHostWindow, KeysReachOnlyTheKnobPressedLast) {
 
     const float before = effect->getParameter(effect, 2);
     {
-        User me;
+        testing::XTestUser me;
         me.click(onScreen(Point{65, 54}));
     }
     ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the knob was not pressed";
     gCalls.clear();
     {
-        User me;
+        testing::XTestUser me;
         me.key(XK_Up);
     }
     ASSERT_TRUE(idleUntil([&] { return automated() > 0; })) << "the focused knob did not take the key";
@@ -512,7 +498,7 @@ TEST_F(EditorInHostWindow, AProgramFileDroppedFromAnotherApplicationLoads) {
         bool dropped = false;
         while (Clock::now() < until && !completed) {
             if (!XPending(d)) {
-                User::pause(5);
+                testing::XTestUser::pause(5);
                 continue;
             }
             XEvent e;
@@ -605,11 +591,11 @@ TEST_F(EditorInHostWindow, FiftyOpenAndCloseRoundsAndClosingThePlugInLeaveNoXRes
         ASSERT_EQ(children(host).size(), 1u) << round;
         for (int i = 0; i < 3; ++i) {
             dispatch(vst2::effEditIdle);
-            User::pause(5);
+            testing::XTestUser::pause(5);
         }
         if (round % 10 == 5) {
             // Now and then with page 2 shown, and with the name field open.
-            User me;
+            testing::XTestUser me;
             me.click(onScreen(Point{647, 296}));
             me.click(onScreen(Point{420, 299}));
             idleUntil([&] { return false; }, 150);
@@ -618,7 +604,7 @@ TEST_F(EditorInHostWindow, FiftyOpenAndCloseRoundsAndClosingThePlugInLeaveNoXRes
         ASSERT_TRUE(children(host).empty()) << round;
     }
     XSync(display, False);
-    User::pause(100);
+    testing::XTestUser::pause(100);
     EXPECT_EQ(openDescriptors(), descriptors) << "every display connection was closed";
 #if defined(TOLVANE_HAVE_XRES)
     if (xres) {
