@@ -349,7 +349,7 @@ TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
 
 // A name typed with a character above ASCII: the whole editor still draws, on both pages, exactly as an
 // editor whose program was given that name directly does.
-TEST_F(EditorInHostWindow, ANameTypedWithAnAccentDrawsLikeTheSameNameSetByTheHost) {
+TEST_F(EditorInHostWindow, ANameTypedWithAnAccentDrawsLikeTheSameNameSetDirectly) {
     ASSERT_EQ(openEditor(), 1);
     ASSERT_TRUE(pageShown(1));
     std::atomic<bool> finished{false};
