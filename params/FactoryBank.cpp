@@ -272,8 +272,9 @@ constexpr Patch harmonium() {
     return p;
 }
 
-// Percussive Organ: sine drawbars at 8' and 4'; the ring modulator adds 8' and 2 2/3' (sum and
-// difference of 8' and 4') as a percussion that ENV2 lets die in a third of a second.
+// Percussive Organ: sine drawbars at 8' and 4'; at each key the 4' is pushed and the ring modulator
+// adds 8' and 2 2/3' (difference and sum of 8' and 4'), a percussion that ENV2 lets die in a third of
+// a second.
 constexpr Patch percussiveOrgan() {
     Patch p;
     p[Osc1Waveform] = wave(Sine);
@@ -281,8 +282,8 @@ constexpr Patch percussiveOrgan() {
     p[Osc2Pitch] = semitones(12);
     p[MixerOsc1Level] = level(1.0);
     p[MixerOsc2Level] = level(0.6);
-    p[MixerRingLevel] = level(0.0);
-    p.slot(1, SrcEnv2, DstMixRing, 1.6);
+    p.slot(1, SrcEnv2, DstMixRing, 1.0);
+    p.slot(2, SrcEnv2, DstMix2, 0.8);
     p[FilterOn] = kOff;
     env1(p, 0.003, 0.1, 1.0, 0.08);
     env2(p, 0.002, 0.3, 0.0, 0.05);
@@ -848,7 +849,7 @@ constexpr Patch huskyWind() {
     p[Osc2Pitch] = semitones(12);
     p[MixerOsc1Level] = level(1.0);
     p[MixerOsc2Level] = level(0.25);
-    p[MixerNoiseLevel] = level(0.5);
+    p[MixerNoiseLevel] = level(0.4);
     p[NoiseColor] = noiseColorHz(5000);
     p[FilterCutoff] = cutoffHz(6000);
     p[FilterSaturationLevel] = saturation(2.0);
@@ -908,14 +909,14 @@ constexpr Patch spacyHorn() {
 
 // ---- textures ---------------------------------------------------------------------------------------
 
-// 7th Orbit: sawtooth with a pulse a minor seventh up, the filter and the pulse width circling on
+// 7th Orbit: sawtooth with a pulse a natural minor seventh up, the filter and the pulse width circling on
 // slow LFOs, echoes orbiting between the sides.
 constexpr Patch seventhOrbit() {
     Patch p;
     p[Osc1Waveform] = wave(Sawtooth);
     p[Osc2Waveform] = wave(Pulse);
     p[Osc2Pitch] = semitones(10);
-    p[Osc2PulseWidth] = 0.4f;
+    p[Osc2Detune] = cents(-31);  // the natural seventh, 7/4: the pair stays periodic at the key    p[Osc2PulseWidth] = 0.4f;
     p[Osc2ModAConnection] = osc2Route(Lfo2, ToPwm);
     p[Osc2ModADepth] = depth(0.3);
     p[MixerOsc1Level] = level(0.8);
@@ -982,10 +983,10 @@ constexpr Patch clockWork() {
     p[FilterType] = filter(BP12);
     p[FilterCutoff] = cutoffHz(2500);
     p[FilterResonance] = 0.5f;
-    p[FilterSaturationLevel] = saturation(2.0);
-    env1(p, 0.002, 0.05, 0.0, 0.05);
+    p[FilterSaturationLevel] = saturation(0.5);
+    env1(p, 0.002, 0.1, 0.0, 0.1);
     p[Env1DecayCurve] = decayCurve(FastDecay);
-    syncedEcho(p, DelayDottedEighth, 0.35, 0.35, true, 0.5);
+    syncedEcho(p, DelayDottedEighth, 0.25, 0.3, true, 0.5);
     p[OutputVolume] = level(2.00);
     return p;
 }
@@ -1035,14 +1036,14 @@ constexpr Patch hardcore303() {
     return p;
 }
 
-// Reso Vel Bass: sawtooth and pulse through a resonant 24 dB low-pass closed low; ENV2 opens it by an
+// Reso Vel Bass: sawtooth and a pulse an octave down through a resonant 24 dB low-pass closed low; ENV2 opens it by an
 // amount that follows velocity, so soft notes stay dark and hard ones squelch.
 constexpr Patch resoVelBass() {
     Patch p;
     p[Osc1Waveform] = wave(Sawtooth);
     p[Osc2Waveform] = wave(Pulse);
+    p[Osc2Pitch] = semitones(-12);
     p[Osc2PulseWidth] = 0.4f;
-    p[Osc2Detune] = cents(5);
     p[MixerOsc1Level] = level(0.8);
     p[MixerOsc2Level] = level(0.5);
     p[FilterType] = filter(LP24);
@@ -1243,8 +1244,8 @@ constexpr Patch noisySnare() {
     p[Osc1KeyFollow] = keyFollow(0);
     p[Osc1ModAConnection] = osc1Route(Env2, ToPitch);
     p[Osc1ModADepth] = pitchDepth(7);
-    p[MixerOsc1Level] = level(1.0);
-    p[MixerNoiseLevel] = level(1.2);
+    p[MixerOsc1Level] = level(0.8);
+    p[MixerNoiseLevel] = level(1.6);
     p[FilterType] = filter(HP6);
     p[FilterCutoff] = cutoffHz(250);
     p[FilterKeyFollow] = keyFollow(0);
@@ -1289,7 +1290,7 @@ constexpr Patch noizClap() {
     p[FilterCutoff] = cutoffHz(1400);
     p[FilterKeyFollow] = keyFollow(0);
     p[FilterResonance] = 0.35f;
-    p[FilterSaturationLevel] = saturation(2.0);
+    p[FilterSaturationLevel] = saturation(0.6);
     p[Lfo1Waveform] = lfoWave(LfoSaw);
     p[Lfo1Mode] = lfoMode(Poly | Trigger);
     p[Lfo1Speed] = lfoHz(50.0);
@@ -1318,7 +1319,7 @@ constexpr Patch closedSynhat() {
     p[FilterCutoff] = cutoffHz(8000);
     p[FilterKeyFollow] = keyFollow(0);
     p[FilterResonance] = 0.1f;
-    p[FilterSaturationLevel] = saturation(2.0);
+    p[FilterSaturationLevel] = saturation(0.5);
     env1(p, 0.002, 0.07, 0.0, 0.07);
     p[Env1DecayCurve] = decayCurve(FastDecay);
     p[OutputVolume] = level(2.00);
@@ -1330,7 +1331,7 @@ constexpr Patch openSynhat() {
     Patch p = closedSynhat();
     env1(p, 0.002, 0.6, 0.0, 0.6);
     p[Env1DecayCurve] = decayCurve(MiddleDecay);
-    p[OutputVolume] = level(0.85);
+    p[OutputVolume] = level(0.61);
     return p;
 }
 
@@ -1511,7 +1512,7 @@ constexpr Patch infinity() {
     env1(p, 1.5, 2.0, 0.9, 4.5);
     echo(p, 0.5, 0.8, 0.35, true, 0.8);
     p[EffectHighCut] = cutHz(5000);
-    p[OutputVolume] = level(0.67);
+    p[OutputVolume] = level(0.54);
     return p;
 }
 

@@ -131,6 +131,7 @@ constexpr float keyFollow(double percent) { return static_cast<float>(clamp01(pe
 
 // Modulation depth -1..+1 (the control squares its travel: small depths sit near the middle).
 constexpr float depth(double d) {
+    d = d < -1.0 ? -1.0 : (d > 1.0 ? 1.0 : d);
     return static_cast<float>(d >= 0.0 ? 0.5 * (1.0 + sqrt(d)) : 0.5 * (1.0 - sqrt(-d)));
 }
 // Depths that move an oscillator by a number of semitones (24 at full depth) or the cutoff by a

@@ -55,13 +55,13 @@ std::vector<Take> testPhrase(const ProgramBrief& brief, bool quick) {
     const int key = brief.testNote;
     if (isOneShot(brief)) {
         const double held = quick ? 1.5 : 2.0, tail = quick ? 0.5 : 1.5;
-        takes.push_back({"tap", {{key, brief.velocity}}, 0.15, held + tail - 0.15, 0.0});
+        takes.push_back({"tap", {{key, brief.velocity}}, 0.15, quick ? 0.85 : 1.35, 0.0});
         takes.push_back({"held", {{key, brief.velocity}}, held, tail, 0.0});
         if (brief.softVelocity > 0)
-            takes.push_back({"soft", {{key, brief.softVelocity}}, 0.15, held + tail - 0.15, 0.0});
+            takes.push_back({"soft", {{key, brief.softVelocity}}, 0.15, quick ? 0.85 : 1.35, 0.0});
         return takes;
     }
-    const double hold = quick ? 1.3 : 2.5, tail = quick ? 0.6 : 4.5;
+    const double hold = quick ? 2.0 : 2.5, tail = quick ? 0.5 : 4.5;
     const double hz = brief.pitched ? keyHz(key) : 0.0;
     takes.push_back({"note", {{key, brief.velocity}}, hold, tail, hz});
     if (brief.softVelocity > 0) takes.push_back({"soft", {{key, brief.softVelocity}}, hold, tail, hz});
@@ -150,7 +150,7 @@ double fundamentalHz(const std::vector<float>& x, std::size_t from, std::size_t 
 }
 
 double aperiodicity(const std::vector<float>& x, std::size_t from, std::size_t length, double sampleRate) {
-    const std::size_t maxLag = std::min(length / 2, static_cast<std::size_t>(sampleRate / 40.0));
+    const std::size_t maxLag = std::min(length / 2, static_cast<std::size_t>(sampleRate / 20.0));
     const std::size_t minLag = std::max<std::size_t>(2, static_cast<std::size_t>(sampleRate / 8000.0));
     if (from + length > x.size() || maxLag <= minLag + 2) return 1.0;
     const std::vector<double> d = normalisedDifference(x, from, length, maxLag);
@@ -223,7 +223,7 @@ Measures measure(const Stereo& audio, const Take& take) {
     }
 
     // Pitch: YIN over 100 ms windows every 50 ms while the key is held (from 0.25 s after note-on,
-    // earlier for short sounds), averaged in cents after folding octaves against the first estimate.
+    // earlier for short sounds), in cents folded against the first estimate's octave.
     if (take.expectedHz > 0.0) {
         const std::vector<float> mono = monoSum(audio);
         const std::size_t length = static_cast<std::size_t>(0.1 * rate) + static_cast<std::size_t>(rate / 20.0);
@@ -242,12 +242,11 @@ Measures measure(const Stereo& audio, const Take& take) {
             while (c - reference < -600.0) c += 1200.0;
             centsSeen.push_back(c);
         }
-        if (!centsSeen.empty()) {
-            double mean = 0.0;
-            for (double c : centsSeen) mean += c;
-            mean /= static_cast<double>(centsSeen.size());
-            m.pitchHz = take.expectedHz * std::pow(2.0, mean / 1200.0);
-            double folded = std::fmod(mean, 1200.0);
+        if (!centsSeen.empty()) {  // the median: a stray window (a period multiple's dip) does not pull it
+            std::nth_element(centsSeen.begin(), centsSeen.begin() + centsSeen.size() / 2, centsSeen.end());
+            const double middle = centsSeen[centsSeen.size() / 2];
+            m.pitchHz = take.expectedHz * std::pow(2.0, middle / 1200.0);
+            double folded = std::fmod(middle, 1200.0);
             if (folded > 600.0) folded -= 1200.0;
             if (folded < -600.0) folded += 1200.0;
             m.pitchCents = folded;
@@ -262,7 +261,7 @@ Measures measure(const Stereo& audio, const Take& take) {
     m.centroidHz = spectralCentroidHz(power, rate);
     {
         const std::vector<float> mono = monoSum(audio);
-        const std::size_t length = static_cast<std::size_t>(0.05 * rate) + static_cast<std::size_t>(rate / 40.0);
+        const std::size_t length = static_cast<std::size_t>(0.05 * rate) + static_cast<std::size_t>(rate / 20.0);
         std::vector<double> seen;
         for (std::size_t start = from; start + length <= to && seen.size() < 24; start += length / 2) {
             const std::size_t e = std::min(env.size() - 1, static_cast<std::size_t>(start / (hop * rate)));

@@ -66,7 +66,7 @@ struct Measures {
     double release40Seconds = -1;  // from note-off until the sound stays 40 dB below its peak; -1 = not within the take
     double decay40Seconds = -1;    // from note-on until it stays 40 dB below its peak (with the key held)
     double pitchHz = 0;            // fundamental while held; 0 when none is found
-    double pitchCents = 0;         // against the played key, folded into -600..600 (octaves allowed)
+    double pitchCents = 0;         // median against the played key, folded into -600..600 (octaves allowed)
     double centroidHz = 0;         // spectral centroid while sounding
     double noisiness = 0;          // aperiodicity while sounding: 0 a steady tone .. 1 noise
     double stereoWidth = 0;        // RMS of L - R over RMS of L + R
@@ -84,7 +84,7 @@ std::vector<double> levelEnvelope(const Stereo& audio, double hopSeconds = 0.005
 double fundamentalHz(const std::vector<float>& x, std::size_t from, std::size_t length, double sampleRate);
 
 // How far a stretch is from periodic: the lowest point of YIN's normalised difference for periods
-// between 0.125 and 25 ms, about 0 for a steady tone and near 1 for noise.
+// between 0.125 and 50 ms, about 0 for a steady tone and near 1 for noise.
 double aperiodicity(const std::vector<float>& x, std::size_t from, std::size_t length, double sampleRate);
 
 // Mean power spectrum (Hann frames of `size`, hop size/2) of samples [from, to) of the mono sum.

@@ -11,6 +11,7 @@
 #include "tools/analyse/SoundCheck.h"
 #include "tools/analyse/SoundPicture.h"
 #include "tools/render/VstHost.h"
+#include "tools/render/WavWriter.h"
 
 namespace tolvane {
 namespace {
@@ -20,13 +21,14 @@ struct Options {
     int first = 0, last = 63;
     std::string pictures;  // folder for one PNG per program; empty for none
     std::string sheet;     // contact sheet PNG; empty for none
+    std::string wavs;      // folder for one WAV per take; empty for none
     double rate = 44100.0;
 };
 
 void usage() {
     std::puts(
         "usage: tolvane2-analyse [--plugin MODULE] [--program N | --programs A-B] [--pictures DIR]\n"
-        "                        [--sheet FILE.png] [--rate HZ]\n"
+        "                        [--sheet FILE.png] [--wav DIR] [--rate HZ]\n"
         "Renders each program's test phrase (bank A, programs numbered from 0) and prints per take:\n"
         "onset, level 1 s after note-on re peak, release to -40 dB, pitch against the key, spectral\n"
         "centroid, noisiness (spectral flatness), stereo width, peak and loudest 100 ms RMS.");
@@ -46,7 +48,7 @@ bool parse(int argc, char** argv, Options& o) {
         auto value = [&]() -> const char* { return i + 1 < argc ? argv[++i] : nullptr; };
         const char* v = nullptr;
         if (a == "--help" || a == "-h") return false;
-        if ((a == "--plugin" || a == "--program" || a == "--programs" || a == "--pictures" || a == "--sheet" ||
+        if ((a == "--plugin" || a == "--program" || a == "--programs" || a == "--pictures" || a == "--sheet" || a == "--wav" ||
              a == "--rate") && !(v = value())) {
             std::fprintf(stderr, "%s needs a value\n", a.c_str());
             return false;
@@ -57,6 +59,7 @@ bool parse(int argc, char** argv, Options& o) {
             if (std::sscanf(v, "%d-%d", &o.first, &o.last) != 2) return false;
         } else if (a == "--pictures") o.pictures = v;
         else if (a == "--sheet") o.sheet = v;
+        else if (a == "--wav") o.wavs = v;
         else if (a == "--rate") o.rate = std::atof(v);
         else {
             std::fprintf(stderr, "unknown option %s\n", a.c_str());
@@ -111,6 +114,7 @@ int run(const Options& o) {
     }
     host.setTempo(120.0);
     if (!o.pictures.empty()) ::mkdir(o.pictures.c_str(), 0755);
+    if (!o.wavs.empty()) ::mkdir(o.wavs.c_str(), 0755);
     std::printf("%-4s %-22s %-7s %6s %8s %8s %8s %9s %7s %5s %5s %7s %7s\n", "prog", "name", "take", "onset",
                 "@1s dB", "rel40 s", "dec40 s", "cents", "centr", "noise", "width", "peak", "rms100");
     std::vector<analyse::ProgramSound> sounds;
@@ -136,6 +140,16 @@ int run(const Options& o) {
             std::printf("%-4d %-22.22s %-7s %6.3f %8.1f %8.2f %8.2f %9s %7.0f %5.2f %5.2f %7.1f %7.1f\n", p,
                         sound.name.c_str(), take.label.c_str(), m.onsetSeconds, m.levelAfter1sDb, m.release40Seconds,
                         m.decay40Seconds, cents, m.centroidHz, m.noisiness, m.stereoWidth, m.peakDb, m.loudestRmsDb);
+            if (!o.wavs.empty()) {
+                char file[64];
+                std::snprintf(file, sizeof file, "/A%02d-%s.wav", p + 1, take.label.c_str());
+                WavWriter wav;
+                if (!wav.open(o.wavs + file, static_cast<int>(o.rate), WavFormat::Pcm24, error) ||
+                    !wav.write(audio.left.data(), audio.right.data(), audio.left.size(), error) || !wav.finish(error)) {
+                    std::fprintf(stderr, "tolvane2-analyse: %s\n", error.c_str());
+                    return 1;
+                }
+            }
             sound.audio.push_back(std::move(audio));
             sound.measures.push_back(m);
         }
