@@ -233,11 +233,11 @@ constexpr Patch hpSweepingStrings() {
     p[MixerOsc1Level] = level(0.7);
     p[MixerOsc2Level] = level(0.7);
     p[FilterType] = filter(HP12);
-    p[FilterCutoff] = cutoffHz(250);  // a little below the key
+    p[FilterCutoff] = cutoffHz(300);  // a little below the key
     p[FilterResonance] = 0.35f;
     p[FilterSaturationLevel] = saturation(1.5);
     p[FilterModAConnection] = filterRoute(Lfo1, ToCutoff);
-    p[FilterModADepth] = cutoffDepth(15);
+    p[FilterModADepth] = cutoffDepth(24);
     p[Lfo1Waveform] = lfoWave(LfoTriangle);
     p[Lfo1Mode] = lfoMode(Poly | Trigger);
     p[Lfo1Speed] = lfoHz(0.25);
@@ -331,7 +331,7 @@ constexpr Patch purpleHammond() {
     env2(p, 0.002, 0.008, 0.0, 0.005);
     chorus(p, 4, 0.5, 0.4, 6.2);
     p[EffectDiffusion] = 0.95f;
-    p[OutputVolume] = level(0.39);
+    p[OutputVolume] = level(0.33);
     return p;
 }
 
@@ -382,13 +382,14 @@ constexpr Patch polyphonicPianika() {
 
 // ---- leads ------------------------------------------------------------------------------------------
 
-// Saw Unison Lead: six unison voices of two sawtooths drifting up to 22 cents apart; a 24 dB
+// Saw Unison Lead: eight unison voices of two sawtooths, each voice drifting up to 15 cents; a 24 dB
 // low-pass that dips quickly after the attack; vibrato from the modulation wheel; eighth echoes.
 constexpr Patch sawUnisonLead() {
     Patch p;
     p[Osc1Waveform] = wave(Sawtooth);
     p[Osc2Waveform] = wave(Sawtooth);
-    p[Osc2Detune] = cents(7);
+    p[Osc1Detune] = cents(-4);
+    p[Osc2Detune] = cents(4);
     p[MixerOsc1Level] = level(0.6);
     p[MixerOsc2Level] = level(0.6);
     p[FilterType] = filter(LP24);
@@ -400,9 +401,9 @@ constexpr Patch sawUnisonLead() {
     p.slot(1, SrcLfo1, DstPitch1, slotSemitones(0.3), ModWheel, 1.0);
     p.slot(2, SrcLfo1, DstPitch2, slotSemitones(0.3), ModWheel, 1.0);
     p[Lfo1Speed] = lfoHz(5.5);
-    p[NumberOfVoices] = voices(6);
+    p[NumberOfVoices] = voices(8);
     p[Unison] = kOn;
-    p[VoiceDetune] = voiceDetuneCents(22);
+    p[VoiceDetune] = voiceDetuneCents(15);
     env1(p, 0.005, 0.5, 0.9, 0.2);
     env2(p, 0.002, 0.3, 0.5, 0.2);
     syncedEcho(p, DelayEighth, 0.3, 0.2, true, 0.4);
@@ -555,7 +556,7 @@ constexpr Patch mildEPiano() {
     p[Osc2Waveform] = wave(Sine);
     p[Osc2FmDepth] = 0.005f;
     p[Osc2ModAConnection] = osc2Route(Env2, ToFm);
-    p[Osc2ModADepth] = depth(0.05);
+    p[Osc2ModADepth] = depth(0.03);
     p[Osc2ModAVelocitySens] = 0.7f;
     p[MixerOsc1Level] = level(0.0);
     p[MixerOsc2Level] = level(1.0);
@@ -642,7 +643,7 @@ constexpr Patch warmPwmGuitar() {
     p[Osc2PulseWidth] = 0.45f;
     p[Osc2Detune] = cents(5);
     p[MixerOsc1Level] = level(0.8);
-    p[MixerOsc2Level] = level(0.5);
+    p[MixerOsc2Level] = level(0.3);
     p[FilterCutoff] = cutoffHz(630);
     p[FilterSaturationLevel] = saturation(1.5);
     p[FilterModAConnection] = filterRoute(Env2, ToCutoff);
@@ -652,7 +653,7 @@ constexpr Patch warmPwmGuitar() {
     p[Env1DecayCurve] = decayCurve(FastDecay);
     env2(p, 0.002, 0.3, 0.0, 0.3);
     chorus(p, 10, 0.3, 0.25);
-    p[OutputVolume] = level(0.67);
+    p[OutputVolume] = level(0.38);
     return p;
 }
 
@@ -798,28 +799,29 @@ constexpr Patch bubbleBrass() {
     p[MixerOsc1Level] = level(0.8);
     p[MixerOsc2Level] = level(0.8);
     p[FilterType] = filter(LP24);
-    p[FilterCutoff] = cutoffHz(800);
+    p[FilterCutoff] = cutoffHz(1000);
     p[FilterResonance] = 0.6f;
     p[FilterSaturationLevel] = saturation(1.5);
     p[FilterModAConnection] = filterRoute(Env2, ToCutoff);
-    p[FilterModADepth] = cutoffDepth(30);
+    p[FilterModADepth] = cutoffDepth(40);
     p[FilterModBConnection] = filterRoute(Lfo1, ToCutoff);
-    p[FilterModBDepth] = cutoffDepth(8);
+    p[FilterModBDepth] = cutoffDepth(6);
     p[Lfo1Waveform] = lfoWave(LfoSampleHold);
     p[Lfo1Speed] = lfoHz(8.0);
     env1(p, 0.03, 0.5, 0.9, 0.2);
-    env2(p, 0.03, 0.4, 0.3, 0.2);
+    env2(p, 0.03, 0.4, 0.2, 0.2);
     echo(p, 0.12, 0.25, 0.12, true, 0.6);
     p[OutputVolume] = level(0.52);
     return p;
 }
 
-// Ethno Voice: sawtooth and pulse through a resonant band-pass fixed in the vowel region, breath,
+// Ethno Voice: sawtooth and a pulse an octave up through a resonant band-pass fixed in the vowel region, breath,
 // vibrato, glide.
 constexpr Patch ethnoVoice() {
     Patch p;
     p[Osc1Waveform] = wave(Sawtooth);
     p[Osc2Waveform] = wave(Pulse);
+    p[Osc2Pitch] = semitones(12);
     p[Osc2PulseWidth] = 0.3f;
     p[MixerOsc1Level] = level(0.8);
     p[MixerOsc2Level] = level(0.5);
@@ -920,7 +922,7 @@ constexpr Patch seventhOrbit() {
     p[Osc2ModAConnection] = osc2Route(Lfo2, ToPwm);
     p[Osc2ModADepth] = depth(0.3);
     p[MixerOsc1Level] = level(0.8);
-    p[MixerOsc2Level] = level(0.35);
+    p[MixerOsc2Level] = level(0.25);
     p[FilterCutoff] = cutoffHz(2200);
     p[FilterResonance] = 0.25f;
     p[FilterSaturationLevel] = saturation(1.5);
@@ -963,7 +965,7 @@ constexpr Patch warpSixteen() {
     env1(p, 0.003, 0.5, 1.0, 0.3);
     env2(p, 0.002, 0.12, 0.0, 0.1);
     syncedEcho(p, DelaySixteenth, 0.35, 0.25, true, 0.4);
-    p[OutputVolume] = level(0.74);
+    p[OutputVolume] = level(0.66);
     return p;
 }
 
@@ -1022,7 +1024,7 @@ constexpr Patch hardcore303() {
     p[Osc1Waveform] = wave(Sawtooth);
     p[MixerOsc1Level] = level(1.0);
     p[FilterType] = filter(LP24);
-    p[FilterCutoff] = cutoffHz(700);
+    p[FilterCutoff] = cutoffHz(900);
     p[FilterResonance] = 0.72f;
     p[FilterSaturationLevel] = saturation(0.4);
     p[FilterModAConnection] = filterRoute(Env2, ToCutoff);
@@ -1057,7 +1059,7 @@ constexpr Patch resoVelBass() {
     p[NumberOfVoices] = voices(1);
     env1(p, 0.002, 1.0, 0.8, 0.1);
     env2(p, 0.002, 0.3, 0.0, 0.1);
-    p[OutputVolume] = level(0.40);
+    p[OutputVolume] = level(0.55);
     return p;
 }
 
@@ -1290,7 +1292,7 @@ constexpr Patch noizClap() {
     p[FilterCutoff] = cutoffHz(1400);
     p[FilterKeyFollow] = keyFollow(0);
     p[FilterResonance] = 0.35f;
-    p[FilterSaturationLevel] = saturation(0.6);
+    p[FilterSaturationLevel] = saturation(0.45);
     p[Lfo1Waveform] = lfoWave(LfoSaw);
     p[Lfo1Mode] = lfoMode(Poly | Trigger);
     p[Lfo1Speed] = lfoHz(50.0);
@@ -1319,7 +1321,7 @@ constexpr Patch closedSynhat() {
     p[FilterCutoff] = cutoffHz(8000);
     p[FilterKeyFollow] = keyFollow(0);
     p[FilterResonance] = 0.1f;
-    p[FilterSaturationLevel] = saturation(0.5);
+    p[FilterSaturationLevel] = saturation(0.4);
     env1(p, 0.002, 0.07, 0.0, 0.07);
     p[Env1DecayCurve] = decayCurve(FastDecay);
     p[OutputVolume] = level(2.00);

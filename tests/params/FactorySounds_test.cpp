@@ -101,7 +101,7 @@ TEST_F(FactorySounds, HeldNotesAndHitsAreAboutAsLoudAsTheFirstProgram) {
     const double reference = first(0).loudestRmsDb;
     EXPECT_NEAR(reference, -20.0, 1.5) << "the reference program's held C4";
     for (int p = 1; p < kNumDesignedPrograms; ++p)
-        EXPECT_NEAR(first(p).loudestRmsDb, reference, 3.0) << who(p) << ": loudest 100 ms, dBFS";
+        EXPECT_NEAR(first(p).loudestRmsDb, reference, 4.0) << who(p) << ": loudest 100 ms, dBFS";
 }
 
 TEST_F(FactorySounds, NoTakeClips) {

@@ -130,7 +130,7 @@ double fundamentalHz(const std::vector<float>& x, std::size_t from, std::size_t 
     const std::vector<double> d = normalisedDifference(x, from, length, maxLag);
     std::size_t best = 0;
     for (std::size_t t = minLag; t < maxLag; ++t) {
-        if (d[t] < 0.2) {
+        if (d[t] < 0.1) {
             while (t + 1 < maxLag && d[t + 1] < d[t]) ++t;
             best = t;
             break;
@@ -324,15 +324,18 @@ std::vector<std::vector<double>> bandLevels(const Stereo& audio, double seconds)
 
 double fingerprintDistanceDb(const std::vector<std::vector<double>>& a, const std::vector<std::vector<double>>& b) {
     const std::size_t frames = std::min(a.size(), b.size());
-    double top = -400.0;
+    double topA = -400.0, topB = -400.0;
     for (std::size_t f = 0; f < frames; ++f)
-        for (std::size_t k = 0; k < a[f].size(); ++k) top = std::max({top, a[f][k], b[f][k]});
-    const double floor = top - 60.0;
+        for (std::size_t k = 0; k < a[f].size(); ++k) {
+            topA = std::max(topA, a[f][k]);
+            topB = std::max(topB, b[f][k]);
+        }
+    // Each relative to its own loudest cell, so that a level trim alone is no difference.
     double sum = 0.0;
     std::size_t cells = 0;
     for (std::size_t f = 0; f < frames; ++f)
         for (std::size_t k = 0; k < a[f].size(); ++k) {
-            const double d = std::max(a[f][k], floor) - std::max(b[f][k], floor);
+            const double d = std::max(a[f][k] - topA, -60.0) - std::max(b[f][k] - topB, -60.0);
             sum += d * d;
             ++cells;
         }

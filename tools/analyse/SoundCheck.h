@@ -94,7 +94,8 @@ double spectralCentroidHz(const std::vector<double>& power, double sampleRate);
 // Band levels (dB) of the mono sum: 24 third-octave-ish bands from 40 Hz to 16 kHz per 50 ms frame; a
 // fingerprint for telling sounds apart.
 std::vector<std::vector<double>> bandLevels(const Stereo& audio, double seconds);
-// RMS difference in dB between two fingerprints, each cell floored 60 dB below the louder one's peak.
+// RMS difference in dB between two fingerprints, each taken relative to its own loudest cell and
+// floored 60 dB below it: how differently two sounds spread over time and frequency, whatever their level.
 double fingerprintDistanceDb(const std::vector<std::vector<double>>& a, const std::vector<std::vector<double>>& b);
 
 double toDb(double x);
