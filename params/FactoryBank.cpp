@@ -168,11 +168,11 @@ constexpr Patch warmPulseStrings() {
     p[Osc1ModADepth] = depth(0.2);
     p[Osc2Waveform] = wave(Pulse);
     p[Osc2PulseWidth] = 0.4f;
-    p[Osc2Detune] = cents(6);
+    p[Osc2Detune] = cents(7);
     p[Osc2ModAConnection] = osc2Route(Lfo1, ToPwm);
     p[Osc2ModADepth] = depth(0.15);
     p[MixerOsc1Level] = level(0.7);
-    p[MixerOsc2Level] = level(0.7);
+    p[MixerOsc2Level] = level(0.5);
     p[FilterType] = filter(LP24);
     p[FilterCutoff] = cutoffHz(2500);  // about 2 kHz at C4
     p[FilterResonance] = 0.1f;
@@ -180,13 +180,15 @@ constexpr Patch warmPulseStrings() {
     p[Lfo1Speed] = lfoHz(0.7);
     env1(p, 0.22, 1.0, 0.9, 0.65);
     chorus(p, 12, 0.3, 0.3);
-    p[OutputVolume] = level(0.30);
+    p[OutputVolume] = level(0.34);
     return p;
 }
 
-// PWM Vivrato Strings: the widths of both pulses swing against each other and a vibrato fades in.
+// PWM Vivrato Strings: brighter than Warm Pulse Strings; the widths of both pulses swing against each
+// other and a vibrato fades in.
 constexpr Patch pwmVibratoStrings() {
     Patch p = warmPulseStrings();
+    p[FilterCutoff] = cutoffHz(3500);
     p[Osc1ModADepth] = depth(0.3);
     p[Osc2ModADepth] = depth(-0.3);
     p[Lfo1Speed] = lfoHz(1.5);
@@ -407,7 +409,7 @@ constexpr Patch sawUnisonLead() {
     env1(p, 0.005, 0.5, 0.9, 0.2);
     env2(p, 0.002, 0.3, 0.5, 0.2);
     syncedEcho(p, DelayEighth, 0.3, 0.2, true, 0.4);
-    p[OutputVolume] = level(0.22);
+    p[OutputVolume] = level(0.18);
     return p;
 }
 
@@ -544,7 +546,7 @@ constexpr Patch hardFmPiano() {
     env2(p, 0.002, 0.45, 0.0, 0.3);
     p[Env2DecayCurve] = decayCurve(FastDecay);
     chorus(p, 8, 0.25, 0.2);
-    p[OutputVolume] = level(0.25);
+    p[OutputVolume] = level(0.32);
     return p;
 }
 
@@ -586,7 +588,7 @@ constexpr Patch warmPercussivePiano() {
     env1(p, 0.002, 2.5, 0.0, 0.3);
     env2(p, 0.002, 1.0, 0.1, 0.3);
     echo(p, 0.12, 0.2, 0.12, true, 0.5);
-    p[OutputVolume] = level(0.47);
+    p[OutputVolume] = level(0.41);
     return p;
 }
 
@@ -631,33 +633,29 @@ constexpr Patch harpsichord() {
     return p;
 }
 
-// Warm PWM Guitar: a slowly modulated pulse and a second pulse, through a low-pass plucked open by
-// ENV2.
+// Warm PWM Guitar: one slowly modulated pulse through a low-pass plucked open by ENV2.
 constexpr Patch warmPwmGuitar() {
     Patch p;
     p[Osc1Waveform] = wave(Pulse);
     p[Osc1PulseWidth] = 0.35f;
     p[Osc1ModAConnection] = osc1Route(Lfo1, ToPwm);
     p[Osc1ModADepth] = depth(0.2);
-    p[Osc2Waveform] = wave(Pulse);
-    p[Osc2PulseWidth] = 0.45f;
-    p[Osc2Detune] = cents(5);
     p[MixerOsc1Level] = level(0.8);
-    p[MixerOsc2Level] = level(0.3);
     p[FilterCutoff] = cutoffHz(630);
     p[FilterSaturationLevel] = saturation(1.5);
     p[FilterModAConnection] = filterRoute(Env2, ToCutoff);
     p[FilterModADepth] = cutoffDepth(36);
+    p[Lfo1Mode] = lfoMode(Poly | Trigger);  // every note starts at the same width
     p[Lfo1Speed] = lfoHz(0.8);
     env1(p, 0.002, 1.0, 0.0, 0.3);
     p[Env1DecayCurve] = decayCurve(FastDecay);
     env2(p, 0.002, 0.3, 0.0, 0.3);
     chorus(p, 10, 0.3, 0.25);
-    p[OutputVolume] = level(0.38);
+    p[OutputVolume] = level(0.45);
     return p;
 }
 
-// Bright PWM Pluck: two pulses whose widths swing against each other, a filter snap, synced
+// Bright PWM Pluck: two pulses an octave apart whose widths swing against each other, a filter snap, synced
 // cross-feedback eighths.
 constexpr Patch brightPwmPluck() {
     Patch p;
@@ -667,20 +665,21 @@ constexpr Patch brightPwmPluck() {
     p[Osc1ModADepth] = depth(0.3);
     p[Osc2Waveform] = wave(Pulse);
     p[Osc2PulseWidth] = 0.4f;
-    p[Osc2Detune] = cents(6);
+    p[Osc2Pitch] = semitones(12);
     p[Osc2ModAConnection] = osc2Route(Lfo1, ToPwm);
     p[Osc2ModADepth] = depth(-0.3);
     p[MixerOsc1Level] = level(0.7);
-    p[MixerOsc2Level] = level(0.7);
+    p[MixerOsc2Level] = level(0.5);
     p[FilterCutoff] = cutoffHz(2500);
     p[FilterSaturationLevel] = saturation(1.5);
     p[FilterModAConnection] = filterRoute(Env2, ToCutoff);
     p[FilterModADepth] = cutoffDepth(30);
+    p[Lfo1Mode] = lfoMode(Poly | Trigger);  // every note starts at the same width
     p[Lfo1Speed] = lfoHz(3.0);
     env1(p, 0.002, 0.6, 0.0, 0.3);
     env2(p, 0.002, 0.15, 0.0, 0.3);
     syncedEcho(p, DelayEighth, 0.35, 0.2, true, 0.5);
-    p[OutputVolume] = level(0.36);
+    p[OutputVolume] = level(0.45);
     return p;
 }
 
@@ -811,7 +810,7 @@ constexpr Patch bubbleBrass() {
     env1(p, 0.03, 0.5, 0.9, 0.2);
     env2(p, 0.03, 0.4, 0.2, 0.2);
     echo(p, 0.12, 0.25, 0.12, true, 0.6);
-    p[OutputVolume] = level(0.52);
+    p[OutputVolume] = level(0.66);
     return p;
 }
 
@@ -838,7 +837,7 @@ constexpr Patch ethnoVoice() {
     monoLegato(p, 0.08);
     env1(p, 0.06, 0.5, 1.0, 0.3);
     echo(p, 0.35, 0.3, 0.2, true, 0.6);
-    p[OutputVolume] = level(0.30);
+    p[OutputVolume] = level(0.19);
     return p;
 }
 
@@ -935,7 +934,7 @@ constexpr Patch seventhOrbit() {
     echo(p, 0.35, 0.5, 0.35, true, 0.9);
     p[EffectModDepth] = 0.5f;
     p[EffectModSpeed] = modSpeedHz(0.2);
-    p[OutputVolume] = level(0.74);
+    p[OutputVolume] = level(0.89);
     return p;
 }
 
@@ -1059,7 +1058,7 @@ constexpr Patch resoVelBass() {
     p[NumberOfVoices] = voices(1);
     env1(p, 0.002, 1.0, 0.8, 0.1);
     env2(p, 0.002, 0.3, 0.0, 0.1);
-    p[OutputVolume] = level(0.55);
+    p[OutputVolume] = level(0.43);
     return p;
 }
 
@@ -1099,7 +1098,7 @@ constexpr Patch fmBass() {
     p[NumberOfVoices] = voices(1);
     env1(p, 0.002, 0.5, 0.7, 0.1);
     env2(p, 0.002, 0.3, 0.0, 0.1);
-    p[OutputVolume] = level(0.28);
+    p[OutputVolume] = level(0.35);
     return p;
 }
 
@@ -1333,7 +1332,7 @@ constexpr Patch openSynhat() {
     Patch p = closedSynhat();
     env1(p, 0.002, 0.6, 0.0, 0.6);
     p[Env1DecayCurve] = decayCurve(MiddleDecay);
-    p[OutputVolume] = level(0.61);
+    p[OutputVolume] = level(0.70);
     return p;
 }
 
@@ -1467,7 +1466,7 @@ constexpr Patch chaoticConversation() {
     p[NumberOfVoices] = voices(1);
     env1(p, 0.03, 0.5, 1.0, 0.3);
     echo(p, 0.2, 0.2, 0.15, true, 0.5);
-    p[OutputVolume] = level(0.13);
+    p[OutputVolume] = level(0.18);
     return p;
 }
 
@@ -1495,7 +1494,7 @@ constexpr Patch quasar3C273() {
     env1(p, 0.3, 1.0, 0.9, 2.0);
     echo(p, 0.6, 0.55, 0.35, true, 0.8);
     p[EffectHighCut] = cutHz(6000);
-    p[OutputVolume] = level(1.42);
+    p[OutputVolume] = level(1.24);
     return p;
 }
 

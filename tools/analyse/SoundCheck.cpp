@@ -207,8 +207,18 @@ Measures measure(const Stereo& audio, const Take& take) {
             m.onsetSeconds = static_cast<double>(i - on) * hop;
             break;
         }
-    const std::size_t oneSecond = std::min(env.size() - 1, on + static_cast<std::size_t>(1.0 / hop));
-    m.levelAfter1sDb = toDb(env[oneSecond] / peakLevel);
+    // Level after one second: the 100 ms around it against the loudest 100 ms.
+    const std::size_t win = static_cast<std::size_t>(0.1 * rate), step = static_cast<std::size_t>(0.01 * rate);
+    auto meanSquare = [&](std::size_t start) {
+        double s = 0.0;
+        for (std::size_t i = start; i < start + win && i < n; ++i)
+            s += 0.5 * (double(audio.left[i]) * audio.left[i] + double(audio.right[i]) * audio.right[i]);
+        return s / static_cast<double>(win);
+    };
+    double loudest = 0.0;
+    for (std::size_t start = 0; start + win <= n; start += step) loudest = std::max(loudest, meanSquare(start));
+    m.levelAfter1sDb = toDb(std::sqrt(meanSquare(at(kNoteOnSeconds + 0.95, rate, n)) / loudest));
+    m.loudestRmsDb = toDb(std::sqrt(loudest));
     // Last frame above -40 dB re peak: the sound stays below after it.
     const double floor40 = peakLevel * 0.01;
     std::size_t last = env.size();
@@ -282,16 +292,6 @@ Measures measure(const Stereo& audio, const Take& take) {
     }
     m.stereoWidth = mid > 0.0 ? std::sqrt(side / mid) : 0.0;
     m.peakDb = toDb(peak);
-    // Loudest 100 ms: windows of 100 ms every 10 ms.
-    const std::size_t win = static_cast<std::size_t>(0.1 * rate), step = static_cast<std::size_t>(0.01 * rate);
-    double loudest = 0.0;
-    for (std::size_t start = 0; start + win <= n; start += step) {
-        double s = 0.0;
-        for (std::size_t i = start; i < start + win; ++i)
-            s += 0.5 * (double(audio.left[i]) * audio.left[i] + double(audio.right[i]) * audio.right[i]);
-        loudest = std::max(loudest, s / static_cast<double>(win));
-    }
-    m.loudestRmsDb = toDb(std::sqrt(loudest));
     return m;
 }
 
@@ -322,24 +322,42 @@ std::vector<std::vector<double>> bandLevels(const Stereo& audio, double seconds)
     return frames;
 }
 
+namespace {
+
+// The two halves of a fingerprint: the mean band spectrum and the broadband level per frame, in dB
+// relative to their own maxima and floored 60 dB below.
+void spectrumAndContour(const std::vector<std::vector<double>>& bands, std::size_t frames,
+                        std::vector<double>& spectrum, std::vector<double>& contour) {
+    const std::size_t n = bands.empty() ? 0 : bands[0].size();
+    spectrum.assign(n, 0.0);
+    contour.assign(frames, 0.0);
+    for (std::size_t f = 0; f < frames; ++f)
+        for (std::size_t k = 0; k < n; ++k) {
+            const double power = std::pow(10.0, bands[f][k] / 10.0);
+            spectrum[k] += power;
+            contour[f] += power;
+        }
+    for (std::vector<double>* v : {&spectrum, &contour}) {
+        double top = 1e-30;
+        for (double p : *v) top = std::max(top, p);
+        for (double& p : *v) p = std::max(-60.0, 10.0 * std::log10(std::max(p, 1e-30) / top));
+    }
+}
+
+double rmsDifference(const std::vector<double>& a, const std::vector<double>& b) {
+    double sum = 0.0;
+    for (std::size_t i = 0; i < a.size(); ++i) sum += (a[i] - b[i]) * (a[i] - b[i]);
+    return a.empty() ? 0.0 : std::sqrt(sum / static_cast<double>(a.size()));
+}
+
+}  // namespace
+
 double fingerprintDistanceDb(const std::vector<std::vector<double>>& a, const std::vector<std::vector<double>>& b) {
     const std::size_t frames = std::min(a.size(), b.size());
-    double topA = -400.0, topB = -400.0;
-    for (std::size_t f = 0; f < frames; ++f)
-        for (std::size_t k = 0; k < a[f].size(); ++k) {
-            topA = std::max(topA, a[f][k]);
-            topB = std::max(topB, b[f][k]);
-        }
-    // Each relative to its own loudest cell, so that a level trim alone is no difference.
-    double sum = 0.0;
-    std::size_t cells = 0;
-    for (std::size_t f = 0; f < frames; ++f)
-        for (std::size_t k = 0; k < a[f].size(); ++k) {
-            const double d = std::max(a[f][k] - topA, -60.0) - std::max(b[f][k] - topB, -60.0);
-            sum += d * d;
-            ++cells;
-        }
-    return cells ? std::sqrt(sum / static_cast<double>(cells)) : 0.0;
+    std::vector<double> spectrumA, contourA, spectrumB, contourB;
+    spectrumAndContour(a, frames, spectrumA, contourA);
+    spectrumAndContour(b, frames, spectrumB, contourB);
+    return std::max(rmsDifference(spectrumA, spectrumB), rmsDifference(contourA, contourB));
 }
 
 }  // namespace tolvane::analyse

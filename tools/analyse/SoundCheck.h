@@ -62,7 +62,7 @@ using TakeRenderer = std::function<Stereo(int program, const Take& take)>;
 
 struct Measures {
     double onsetSeconds = 0;       // from note-on until the level first reaches half its peak (-6 dB)
-    double levelAfter1sDb = 0;     // level 1 s after note-on relative to the peak (key still held if held)
+    double levelAfter1sDb = 0;     // the 100 ms around 1 s after note-on against the loudest 100 ms
     double release40Seconds = -1;  // from note-off until the sound stays 40 dB below its peak; -1 = not within the take
     double decay40Seconds = -1;    // from note-on until it stays 40 dB below its peak (with the key held)
     double pitchHz = 0;            // fundamental while held; 0 when none is found
@@ -94,8 +94,9 @@ double spectralCentroidHz(const std::vector<double>& power, double sampleRate);
 // Band levels (dB) of the mono sum: 24 third-octave-ish bands from 40 Hz to 16 kHz per 50 ms frame; a
 // fingerprint for telling sounds apart.
 std::vector<std::vector<double>> bandLevels(const Stereo& audio, double seconds);
-// RMS difference in dB between two fingerprints, each taken relative to its own loudest cell and
-// floored 60 dB below it: how differently two sounds spread over time and frequency, whatever their level.
+// How differently two sounds spread over frequency and over time, whatever their level: the larger of
+// the RMS differences (dB) of their mean band spectra and of their level contours, each relative to its
+// own maximum and floored 60 dB below. The random phases of two renders of one sound stay near 1 dB.
 double fingerprintDistanceDb(const std::vector<std::vector<double>>& a, const std::vector<std::vector<double>>& b);
 
 double toDb(double x);
