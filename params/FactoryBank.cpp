@@ -527,12 +527,11 @@ constexpr Patch brassSolo() {
 
 // ---- keys and plucks --------------------------------------------------------------------------------
 
-// Hard FM Piano: a sine carrier phase-modulated by a sine an octave up; the index is high at the
+// Hard FM Piano: a sine carrier phase-modulated by a sine at the same pitch; the index is high at the
 // strike (more with velocity) and dies within half a second, the tone in two to three seconds.
 constexpr Patch hardFmPiano() {
     Patch p;
     p[Osc1Waveform] = wave(Sine);
-    p[Osc1Pitch] = semitones(12);
     p[Osc2Waveform] = wave(Sine);
     p[Osc2FmDepth] = 0.015f;
     p[Osc2ModAConnection] = osc2Route(Env2, ToFm);
@@ -651,7 +650,7 @@ constexpr Patch warmPwmGuitar() {
     p[Env1DecayCurve] = decayCurve(FastDecay);
     env2(p, 0.002, 0.3, 0.0, 0.3);
     chorus(p, 10, 0.3, 0.25);
-    p[OutputVolume] = level(0.45);
+    p[OutputVolume] = level(0.56);
     return p;
 }
 
@@ -810,7 +809,7 @@ constexpr Patch bubbleBrass() {
     env1(p, 0.03, 0.5, 0.9, 0.2);
     env2(p, 0.03, 0.4, 0.2, 0.2);
     echo(p, 0.12, 0.25, 0.12, true, 0.6);
-    p[OutputVolume] = level(0.66);
+    p[OutputVolume] = level(0.54);
     return p;
 }
 
@@ -964,7 +963,7 @@ constexpr Patch warpSixteen() {
     env1(p, 0.003, 0.5, 1.0, 0.3);
     env2(p, 0.002, 0.12, 0.0, 0.1);
     syncedEcho(p, DelaySixteenth, 0.35, 0.25, true, 0.4);
-    p[OutputVolume] = level(0.66);
+    p[OutputVolume] = level(0.59);
     return p;
 }
 
@@ -1098,7 +1097,7 @@ constexpr Patch fmBass() {
     p[NumberOfVoices] = voices(1);
     env1(p, 0.002, 0.5, 0.7, 0.1);
     env2(p, 0.002, 0.3, 0.0, 0.1);
-    p[OutputVolume] = level(0.35);
+    p[OutputVolume] = level(0.30);
     return p;
 }
 
@@ -1281,8 +1280,8 @@ constexpr Patch pseudorealTom() {
     return p;
 }
 
-// Noiz Clap: noise through a band-pass near 1.4 kHz; a sawtooth LFO running fast (faster still by a
-// constant slot) gates the first 35 ms into bursts, then a short tail.
+// Noiz Clap: noise through a band-pass near 1.4 kHz; a square LFO running fast (faster still by a
+// constant slot) gates the first 40 ms into bursts about 9 ms apart, then a short tail.
 constexpr Patch noizClap() {
     Patch p;
     p[MixerOsc1Level] = level(0.0);
@@ -1292,13 +1291,14 @@ constexpr Patch noizClap() {
     p[FilterKeyFollow] = keyFollow(0);
     p[FilterResonance] = 0.35f;
     p[FilterSaturationLevel] = saturation(0.45);
-    p[Lfo1Waveform] = lfoWave(LfoSaw);
+    p[Lfo1Waveform] = lfoWave(LfoSquare);
     p[Lfo1Mode] = lfoMode(Poly | Trigger);
     p[Lfo1Speed] = lfoHz(50.0);
     p.slot(1, SrcConstant, DstLfo1Speed, 0.1);
     p.slot(2, SrcLfo1, DstAmplifier, 1.0, SrcEnv2, 1.0);
     env1(p, 0.002, 0.15, 0.0, 0.15);
-    env2(p, 0.002, 0.035, 0.0, 0.035);
+    env2(p, 0.002, 0.04, 0.0, 0.04);
+    p[Env2DecayCurve] = decayCurve(LinearDecay);
     p[OutputVolume] = level(0.84);
     return p;
 }
@@ -1402,7 +1402,7 @@ constexpr Patch katanaHit() {
     env1(p, 0.002, 1.2, 0.0, 1.0);
     env2(p, 0.002, 0.15, 0.0, 0.15);
     echo(p, 0.25, 0.3, 0.25, true, 0.6);
-    p[OutputVolume] = level(1.41);
+    p[OutputVolume] = level(1.20);
     return p;
 }
 
@@ -1434,7 +1434,7 @@ constexpr Patch magnetosphere() {
     echo(p, 0.5, 0.5, 0.4, true, 1.0);
     p[EffectModDepth] = 0.6f;
     p[EffectModSpeed] = modSpeedHz(0.15);
-    p[OutputVolume] = level(0.69);
+    p[OutputVolume] = level(0.61);
     return p;
 }
 
