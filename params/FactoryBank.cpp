@@ -566,7 +566,7 @@ constexpr Patch mildEPiano() {
     env1(p, 0.002, 3.5, 0.0, 0.3);
     env2(p, 0.002, 0.4, 0.0, 0.3);
     chorus(p, 8, 0.35, 0.25, 1.0);
-    p[OutputVolume] = level(0.38);
+    p[OutputVolume] = level(0.30);
     return p;
 }
 
@@ -1281,7 +1281,7 @@ constexpr Patch pseudorealTom() {
 }
 
 // Noiz Clap: noise through a band-pass near 1.4 kHz; a square LFO running fast (faster still by a
-// constant slot) gates the first 40 ms into bursts about 9 ms apart, then a short tail.
+// constant slot) gates the first 30 ms into bursts about 9 ms apart, then a short tail.
 constexpr Patch noizClap() {
     Patch p;
     p[MixerOsc1Level] = level(0.0);
@@ -1295,11 +1295,12 @@ constexpr Patch noizClap() {
     p[Lfo1Mode] = lfoMode(Poly | Trigger);
     p[Lfo1Speed] = lfoHz(50.0);
     p.slot(1, SrcConstant, DstLfo1Speed, 0.1);
-    p.slot(2, SrcLfo1, DstAmplifier, 1.0, SrcEnv2, 1.0);
+    p.slot(2, SrcLfo1, DstAmplifier, 1.0, SrcEnv2, 1.0);  // two slots: the gaps close fully
+    p.slot(3, SrcLfo1, DstAmplifier, 1.0, SrcEnv2, 1.0);
     env1(p, 0.002, 0.15, 0.0, 0.15);
-    env2(p, 0.002, 0.04, 0.0, 0.04);
+    env2(p, 0.002, 0.05, 0.0, 0.05);
     p[Env2DecayCurve] = decayCurve(LinearDecay);
-    p[OutputVolume] = level(0.84);
+    p[OutputVolume] = level(0.59);
     return p;
 }
 

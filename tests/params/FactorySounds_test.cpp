@@ -1,7 +1,7 @@
-// The designed programs of bank A, judged by ear's proxies on renders through the plug-in's effect
-// record: each program's test phrase (its test note, a triad where it must play chords, a tap and a
-// held hit for drums) and a common probe note for telling programs apart. Nothing here reads the
-// stored values; the expectations come from the sound brief.
+// The designed programs of bank A, judged by measurements that stand in for the ear, on renders
+// through the plug-in's effect record: each program's test phrase (its test note, a triad where it
+// must play chords, a tap and a held hit for drums) and a common probe note for telling programs
+// apart. Nothing here reads the stored values; the expectations come from the sound brief.
 #include <cmath>
 #include <map>
 #include <string>
