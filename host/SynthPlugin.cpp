@@ -265,6 +265,7 @@ void SynthPlugin::noteDisplayValue(int index, float value) {
 // engine or the allocator. A reserved index has no setter.
 void SynthPlugin::applyParameter(int index, float v) {
     using namespace param;
+    if (index >= 0 && index < kNumParameters) applied_[static_cast<std::size_t>(index)] = v;
     const ValueMappings& m = table_.mappings();
     SynthEngine& e = *engine_;
     // The option chosen by v, out of the count the parameter table gives for this index.
@@ -415,8 +416,9 @@ void SynthPlugin::showProgramStatus(int program, TextWriter writer) {
 void SynthPlugin::setProgram(int program) {
     if (program >= kNumPrograms) return;
     if (program < 0) {
-        synthEditor_->showStatus("", "");
-        runEditorCommand(program);
+        // The host's way to the editor's commands.
+        if (program >= kLastEditorCommand) runCommand(static_cast<EditorCommand>(program));
+        else synthEditor_->showStatus("", "");
         return;
     }
     curProgram_.store(program, std::memory_order_relaxed);
@@ -477,22 +479,25 @@ bool SynthPlugin::getProgramNameIndexed(int /*category*/, int index, char* text)
     return true;
 }
 
-void SynthPlugin::runEditorCommand(int command) {
+void SynthPlugin::runCommand(EditorCommand command) {
+    synthEditor_->showStatus("", "");
     switch (command) {
-        case -1:
-            // Recall: select the current program again, discarding the edits.
+        case EditorCommand::Recall:
             setProgram(curProgram_.load(std::memory_order_relaxed));
             break;
-        case -2: {
-            // Init: the init sound into the edit buffer, keeping the program number.
+        case EditorCommand::Init: {
+            // The init sound into the edit buffer, keeping the program number.
             ProgramRecord init = factoryProgram(kNumPrograms - 1);
             applyProgramFromFile(init);
             synthEditor_->showStatus("Init program", "");
             break;
         }
-        default:
-            fileCommands_->run(command);
-            break;
+        case EditorCommand::LoadProgram: fileCommands_->run(FileAction::Load, FileKind::Program); break;
+        case EditorCommand::LoadBank: fileCommands_->run(FileAction::Load, FileKind::Bank); break;
+        case EditorCommand::LoadMaps: fileCommands_->run(FileAction::Load, FileKind::ControllerMap); break;
+        case EditorCommand::SaveProgram: fileCommands_->run(FileAction::Save, FileKind::Program); break;
+        case EditorCommand::SaveBank: fileCommands_->run(FileAction::Save, FileKind::Bank); break;
+        case EditorCommand::SaveMaps: fileCommands_->run(FileAction::Save, FileKind::ControllerMap); break;
     }
 }
 
@@ -631,6 +636,11 @@ void SynthPlugin::startOfBlock() {
                  });
 }
 
+void SynthPlugin::restartTicksAt(std::uint32_t tick) {
+    tick_ = tick;
+    engine_->reset(DspModule::tickOf(tick));
+}
+
 void SynthPlugin::applyPendingChanges() {
     startOfProcess();
     startOfBlock();
@@ -676,7 +686,7 @@ void SynthPlugin::render(float** outputs, int frames) {
         startOfBlock();
         router_->processEvents(kBlockSize);
         ++tick_;
-        engine_->render(static_cast<int>(tick_));
+        engine_->render(DspModule::tickOf(tick_));
         int n = frames < kBlockSize ? frames : kBlockSize;
         if (n < kBlockSize) pendingSamples_ = static_cast<std::uint32_t>(kBlockSize - n);
         deliver(0, n);

@@ -48,6 +48,7 @@ public:
     void process(float** inputs, float** outputs, int frames) override;
     void processReplacing(float** inputs, float** outputs, int frames) override;
     void setProgram(int program) override;
+    void runCommand(EditorCommand command) override;
     int getProgram() override { return curProgram_.load(std::memory_order_relaxed); }
     void setProgramName(const char* name) override;
     void getProgramName(char* name) override;
@@ -89,8 +90,12 @@ public:
     SynthEngine& engine() { return *engine_; }
     ControllerRouter& router() { return *router_; }
     SynthEditor& synthEditor() { return *synthEditor_; }
-    const ParameterTable& parameterTable() const { return table_; }
     std::uint32_t tick() const { return tick_; }
+    // The value each index's setter ran with last. Audio thread only (tests check what it applied).
+    float appliedValue(int index) const { return applied_[static_cast<std::size_t>(index)]; }
+    // Restarts the block count at tick with an engine reset there, as a reset at 0 does (tests of the
+    // wrap after 2^32 blocks). Audio thread or no rendering at the same time.
+    void restartTicksAt(std::uint32_t tick);
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
     const ValueFormatter* formatterOf(int index) const;
@@ -146,12 +151,12 @@ private:
     void showParameterStatus(int index, float value, TextWriter writer);
     void showProgramStatus(int program, TextWriter writer);
     void storeCurrentRecord(const ProgramRecord& record);
-    void runEditorCommand(int command);
 
     ParameterTable table_;
     std::unique_ptr<ControllerRouter> router_;
     std::unique_ptr<SynthEngine> engine_;
     std::uint32_t tick_ = 0;
+    std::array<float, kNumParameters> applied_{};
     std::uint32_t pendingSamples_ = 0;
     std::atomic<float> tempo_{-1.0f};
 

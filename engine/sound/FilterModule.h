@@ -9,7 +9,8 @@
 // previous + n (new - previous) / B, so the last sample of a block uses the new values. The first block
 // after the state was cleared starts directly on the new values. A block that does not follow the
 // previous one (the module was not rendered: a silent voice, a type change) and a reset clear the
-// section states and forget the previous cutoff.
+// section states and forget the previous cutoff. So does a block whose section states end up non-finite,
+// which is then output as silence.
 #pragma once
 
 #include <array>
@@ -44,7 +45,6 @@ public:
     // The values the last block ended on.
     const float* coefficients() const { return previous_.data(); }
     float previousCutoff() const { return previousCutoff_; }
-    float previousResonance() const { return previousResonance_; }
     float previousLevel() const { return previousLevel_; }
     float sectionState(int i) const { return state_[static_cast<std::size_t>(i)]; }
 
