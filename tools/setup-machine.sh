@@ -9,6 +9,7 @@ packages=(
   clang libclang-rt-14-dev
   libx11-dev libxtst-dev libxres-dev libcairo2-dev libfontconfig-dev fonts-liberation
   xvfb
+  ardour  # tools/host-trial/ardour-session.sh: a session saved and reopened in a real host
 )
 
 missing=()
