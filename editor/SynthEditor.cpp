@@ -179,17 +179,6 @@ float SynthEditor::value(int index) const {
     return values_[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
 }
 
-void SynthEditor::editBuffer(ProgramRecord& out) const {
-    char name[32];
-    programName(name);
-    out.setName(name);
-    for (int i = 0; i < kNumProgramValues; ++i) out.values[i] = value(i);
-}
-
-void SynthEditor::mapValues(float (&out)[kNumMapValues]) const {
-    for (int i = 0; i < kNumMapValues; ++i) out[i] = value(kFirstMapParameter + i);
-}
-
 void SynthEditor::programName(char (&out)[32]) const { name_.load(out); }
 
 void SynthEditor::statusLines(char* line1, char* line2) const {

@@ -1,6 +1,5 @@
-// The synthesizer's editor. It keeps a shadow of what the user edits (the program record and the 32
-// controller-map values: what "Save Program..." and "Save Controller Map..." write) and the two status
-// lines, whether or not its window is open; while open, a WidgetFrame shows them on two pages and a
+// The synthesizer's editor. It keeps a shadow of what the user edits (the program's values and name and
+// the 32 controller-map values, as the plug-in last set them) and the two status lines, whether or not its window is open; while open, a WidgetFrame shows them on two pages and a
 // common strip.
 //
 // Threads: setParameter, showProgram, showControllerMaps and showStatus may be called from the audio
@@ -67,10 +66,8 @@ public:
     // The audio thread passes TextWriter::Audio (it never waits); every other thread the default.
     void showStatus(const char* line1, const char* line2, TextWriter writer = TextWriter::Other);
 
-    // Reading the model (tests, files, the window).
+    // Reading the model (tests, the window).
     float value(int index) const;
-    void editBuffer(ProgramRecord& out) const;
-    void mapValues(float (&out)[kNumMapValues]) const;
     void programName(char (&out)[32]) const;
     // The texts last shown on the status lines (buffers of kStatusTextSize).
     void statusLines(char* line1, char* line2) const;
