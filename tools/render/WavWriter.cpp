@@ -79,7 +79,9 @@ bool WavWriter::open(const std::string& path, int sampleRate, WavFormat format, 
         return false;
     }
     tempPath_ = pattern.data();
+#if !defined(_WIN32)
     ::fchmod(fd, 0644);
+#endif
     file_ = ::fdopen(fd, "wb");
     if (!file_) {
         error = "cannot write " + path + ": " + systemError();
