@@ -1,0 +1,163 @@
+#!/usr/bin/env bash
+# The 64-bit DLL's editor under wine on a private Xvfb, driven like a person would with xdotool (XTest):
+# the window against the offscreen drawing of the Linux build, a knob drag, the page tab, a menu, the name
+# field, 20 open/close cycles counting GDI and USER objects, and unloading and loading the module again.
+# Run in the Windows build folder. Usage: editor-test.sh SOURCE_FOLDER [LINUX_BUILD_FOLDER]
+set -uo pipefail
+source_dir=$1
+linux=${2:-$source_dir/build}
+here=$(cd "$(dirname "$0")" && pwd)
+log=$PWD/editor-session.log
+failures=0
+fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
+pass() { echo "ok: $*"; }
+
+for tool in Xvfb xdotool; do
+  command -v $tool >/dev/null || { echo "FAIL: $tool is not installed (make windows installs it)"; exit 1; }
+done
+
+# A display of our own.
+for n in $(seq 70 140); do
+  [ -e /tmp/.X11-unix/X$n ] || [ -e /tmp/.X$n-lock ] || { display=:$n; break; }
+done
+Xvfb "$display" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+export DISPLAY=$display
+fifo=$(mktemp -u)
+mkfifo "$fifo"
+session=
+cleanup() {
+  exec 3>&- 2>/dev/null
+  [ -n "$session" ] && kill "$session" 2>/dev/null
+  kill "$xvfb" 2>/dev/null
+  rm -f "$fifo"
+}
+trap cleanup EXIT
+sleep 1
+
+# Lines seen so far; waits until a line matches (extended regex) or the time is up.
+seen=0
+wait_for() {
+  local pattern=$1 seconds=${2:-20} start=$SECONDS
+  while [ $((SECONDS - start)) -lt "$seconds" ]; do
+    if tail -n +"$((seen + 1))" "$log" 2>/dev/null | grep -qE "$pattern"; then
+      seen=$(grep -nE "$pattern" "$log" | tail -1 | cut -d: -f1)
+      return 0
+    fi
+    sleep 0.2
+  done
+  return 1
+}
+send() { echo "$1" >&3; }
+answer() {  # sends a command and prints the answer's line
+  send "$1"
+  wait_for "$2" "${3:-20}" && sed -n "${seen}p" "$log"
+}
+
+"$here/wine-run.sh" tolvane2-winhost.exe session Tolvane2.dll <"$fifo" >"$log" 2>&1 &
+session=$!
+exec 3>"$fifo"
+wait_for "^ready" 120 || { fail "the editor did not open"; cat "$log"; exit 1; }
+pass "$(sed -n "${seen}p" "$log")"
+
+# The window against the offscreen drawing: every pixel outside text is the same.
+text_boxes_page1="401 263 557 305"  # status lines and program name (other texts: none on page 1 that differ)
+compare_page() {
+  local page=$1 boxes=$2
+  answer "capture page$page-windows.bmp" "^captured" >/dev/null || { fail "no capture of page $page"; return; }
+  if [ ! -x "$linux/tolvane2-render" ]; then
+    fail "no Linux build at $linux to draw the offscreen page $page"
+    return
+  fi
+  "$linux/tolvane2-render" --screenshot page$page-offscreen.png --page "$page" >/dev/null &&
+    convert page$page-offscreen.png BMP3:page$page-offscreen.bmp || { fail "offscreen page $page"; return; }
+  if "$here/wine-run.sh" tolvane2-winhost.exe compare-images page$page-windows.bmp page$page-offscreen.bmp $boxes; then
+    pass "page $page matches the offscreen drawing outside text"
+  else
+    fail "page $page differs from the offscreen drawing outside text"
+  fi
+}
+compare_page 1 "$COMPARE_BOXES_PAGE1"
+
+# A knob drag with the real pointer: OSC1 Pulse Width (parameter 2) at (65, 54), 40 pixels up = +0.2.
+before=$(answer "parameter 2" "^parameter 2 " | awk '{print $3}')
+xdotool mousemove 65 54 sleep 0.1 mousedown 1 sleep 0.2
+for y in 44 34 24 14; do xdotool mousemove 65 $y sleep 0.05; done
+xdotool sleep 0.2 mouseup 1
+if wait_for "^endEdit 2$" 10; then
+  calls=$(grep -E "^(beginEdit|automate|endEdit) 2( |$)" "$log")
+  first=$(head -1 <<<"$calls" | awk '{print $1}')
+  last_value=$(grep "^automate 2 " <<<"$calls" | tail -1 | awk '{print $3}')
+  expected=$(awk -v b="$before" 'BEGIN {v = b + 0.2; if (v > 1) v = 1; printf "%.6f", v}')
+  automations=$(grep -c "^automate 2 " <<<"$calls")
+  if [ "$first" = beginEdit ] && [ "$automations" -ge 2 ] &&
+     awk -v a="$last_value" -v e="$expected" 'BEGIN {exit !(a - e < 1e-4 && e - a < 1e-4)}'; then
+    pass "knob drag: beginEdit, $automations automations ending at $last_value (from $before), endEdit"
+  else
+    fail "knob drag gave: $(tr '\n' ';' <<<"$calls") (expected $expected at the end)"
+  fi
+else
+  fail "the knob drag did not end with endEdit"
+fi
+
+# The page tab, then page 2 against the offscreen drawing.
+xdotool mousemove 647 296 click 1
+sleep 0.5
+compare_page 2 "$COMPARE_BOXES_PAGE2"
+
+# Mod 1's destination menu opens with a click and closes with Escape.
+xdotool mousemove 130 70 click 1
+sleep 1
+state=$(answer windows "^menu ")
+xdotool key Escape
+sleep 0.5
+after=$(answer windows "^menu ")
+if [[ "$state" == "menu open"* && "$after" == "menu closed"* ]]; then
+  pass "a menu opens and closes"
+else
+  fail "menu: '$state' after the click, '$after' after Escape"
+fi
+
+# The program name field takes typed text; Return accepts it.
+xdotool mousemove 420 299 click 1
+sleep 0.5
+state=$(answer windows "^menu ")
+xdotool type --delay 20 "Wine Pad"
+xdotool key Return
+sleep 0.5
+name=$(answer name "^name")
+if [[ "$state" == *"edit field open" && "$name" == "name Wine Pad" ]]; then
+  pass "the name field took typed text"
+else
+  fail "name field: '$state', then '$name'"
+fi
+
+# 20 open/close cycles leave the process's GDI and USER object counts where they were.
+cycles=$(answer "cycles 20" "^cycles" 120)
+echo "$cycles"
+read -r gdi_before gdi_after user_before user_after < <(sed -E 's/.*GDI objects ([0-9]+) before, ([0-9]+) after; USER objects ([0-9]+) before, ([0-9]+) after/\1 \2 \3 \4/' <<<"$cycles")
+if [[ "$cycles" == "cycles 20 opened 20"* && "$gdi_before" == "$gdi_after" && "$user_before" == "$user_after" && "$gdi_before" != 0 ]]; then
+  pass "20 open/close cycles: GDI $gdi_before -> $gdi_after, USER $user_before -> $user_after"
+else
+  fail "open/close cycles: $cycles"
+fi
+
+send quit
+wait_for "^closed" 30 || fail "the session did not end"
+exec 3>&-
+wait "$session" 2>/dev/null
+session=
+
+# Unloading the DLL and loading it again: the window class goes with the last editor and comes back.
+"$here/wine-run.sh" tolvane2-winhost.exe reload Tolvane2.dll >reload.log 2>&1
+cat reload.log
+if grep -q "^round 2: editor window of class Plugin" reload.log &&
+   [ "$(grep -c "after unloading the class is gone" reload.log)" = 2 ] &&
+   ! grep -q "pixel (5,5) 000000$\|pixel (5,5) ffffffff$" reload.log; then
+  pass "the module unloads and loads again with its editor working"
+else
+  fail "reload"
+fi
+
+echo "editor under wine: $failures failure(s)"
+[ "$failures" -eq 0 ]
