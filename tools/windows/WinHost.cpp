@@ -11,6 +11,9 @@
 // so that a script driving the mouse and keyboard from outside (xdotool) can check it.
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cmath>
@@ -19,6 +22,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -162,6 +166,148 @@ int compareImages(const std::string& a, const std::string& b, const std::vector<
     return outside == 0 ? 0 : 1;
 }
 
+// ---- the plug-in's own GDI and USER objects, counted at its imports
+//
+// GetGuiResources counts a process's objects on Windows; wine answers 0. So the host also replaces the
+// DLL's imports of the calls that make and free GDI objects, windows and menus with counting ones:
+// what the plug-in made and has not freed is what it holds.
+
+struct Tally {
+    std::set<HGDIOBJ> gdi;
+    long dcs = 0;  // GetDC minus ReleaseDC
+    std::set<HWND> windows;
+    std::set<HMENU> menus;
+};
+Tally tally;
+
+template <typename Handle>
+Handle made(std::set<Handle>& live, Handle handle) {
+    if (handle) live.insert(handle);
+    return handle;
+}
+
+HDC WINAPI countCreateCompatibleDC(HDC dc) { return static_cast<HDC>(made<HGDIOBJ>(tally.gdi, CreateCompatibleDC(dc))); }
+HBITMAP WINAPI countCreateCompatibleBitmap(HDC dc, int w, int h) {
+    return static_cast<HBITMAP>(made<HGDIOBJ>(tally.gdi, CreateCompatibleBitmap(dc, w, h)));
+}
+HBITMAP WINAPI countCreateBitmap(int w, int h, UINT planes, UINT bits, const void* data) {
+    return static_cast<HBITMAP>(made<HGDIOBJ>(tally.gdi, CreateBitmap(w, h, planes, bits, data)));
+}
+HBITMAP WINAPI countCreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, void** bits, HANDLE section,
+                                     DWORD offset) {
+    return static_cast<HBITMAP>(made<HGDIOBJ>(tally.gdi, CreateDIBSection(dc, info, usage, bits, section, offset)));
+}
+HBRUSH WINAPI countCreateSolidBrush(COLORREF c) { return static_cast<HBRUSH>(made<HGDIOBJ>(tally.gdi, CreateSolidBrush(c))); }
+HPEN WINAPI countCreatePen(int style, int width, COLORREF c) {
+    return static_cast<HPEN>(made<HGDIOBJ>(tally.gdi, CreatePen(style, width, c)));
+}
+HFONT WINAPI countCreateFontA(int h, int w, int e, int o, int weight, DWORD i, DWORD u, DWORD s, DWORD cs, DWORD op,
+                              DWORD cp, DWORD q, DWORD pf, LPCSTR face) {
+    return static_cast<HFONT>(made<HGDIOBJ>(tally.gdi, CreateFontA(h, w, e, o, weight, i, u, s, cs, op, cp, q, pf, face)));
+}
+HBITMAP WINAPI countLoadBitmapA(HINSTANCE instance, LPCSTR name) {
+    return static_cast<HBITMAP>(made<HGDIOBJ>(tally.gdi, LoadBitmapA(instance, name)));
+}
+BOOL WINAPI countDeleteObject(HGDIOBJ object) {
+    const BOOL done = DeleteObject(object);
+    if (done) tally.gdi.erase(object);
+    return done;
+}
+BOOL WINAPI countDeleteDC(HDC dc) {
+    const BOOL done = DeleteDC(dc);
+    if (done) tally.gdi.erase(dc);
+    return done;
+}
+HDC WINAPI countGetDC(HWND window) {
+    HDC dc = GetDC(window);
+    if (dc) ++tally.dcs;
+    return dc;
+}
+int WINAPI countReleaseDC(HWND window, HDC dc) {
+    const int done = ReleaseDC(window, dc);
+    if (done) --tally.dcs;
+    return done;
+}
+HWND WINAPI countCreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD style, int x, int y, int w,
+                                 int h, HWND parent, HMENU menu, HINSTANCE instance, void* parameter) {
+    return made(tally.windows,
+                CreateWindowExA(exStyle, className, name, style, x, y, w, h, parent, menu, instance, parameter));
+}
+BOOL CALLBACK forgetWindow(HWND window, LPARAM) {
+    tally.windows.erase(window);
+    return TRUE;
+}
+BOOL WINAPI countDestroyWindow(HWND window) {
+    EnumChildWindows(window, &forgetWindow, 0);  // they go with it
+    const BOOL done = DestroyWindow(window);
+    if (done) tally.windows.erase(window);
+    return done;
+}
+HMENU WINAPI countCreatePopupMenu() { return made(tally.menus, CreatePopupMenu()); }
+void forgetSubmenus(HMENU menu) {
+    const int count = GetMenuItemCount(menu);
+    for (int i = 0; i < count; ++i)
+        if (HMENU sub = GetSubMenu(menu, i)) {
+            forgetSubmenus(sub);
+            tally.menus.erase(sub);
+        }
+}
+BOOL WINAPI countDestroyMenu(HMENU menu) {
+    forgetSubmenus(menu);
+    const BOOL done = DestroyMenu(menu);
+    if (done) tally.menus.erase(menu);
+    return done;
+}
+
+// Points the module's imports of the named functions at the counting ones.
+void countObjectsOf(HMODULE module) {
+    const struct {
+        const char* name;
+        void* replacement;
+    } hooks[] = {
+        {"CreateCompatibleDC", reinterpret_cast<void*>(&countCreateCompatibleDC)},
+        {"CreateCompatibleBitmap", reinterpret_cast<void*>(&countCreateCompatibleBitmap)},
+        {"CreateBitmap", reinterpret_cast<void*>(&countCreateBitmap)},
+        {"CreateDIBSection", reinterpret_cast<void*>(&countCreateDIBSection)},
+        {"CreateSolidBrush", reinterpret_cast<void*>(&countCreateSolidBrush)},
+        {"CreatePen", reinterpret_cast<void*>(&countCreatePen)},
+        {"CreateFontA", reinterpret_cast<void*>(&countCreateFontA)},
+        {"LoadBitmapA", reinterpret_cast<void*>(&countLoadBitmapA)},
+        {"DeleteObject", reinterpret_cast<void*>(&countDeleteObject)},
+        {"DeleteDC", reinterpret_cast<void*>(&countDeleteDC)},
+        {"GetDC", reinterpret_cast<void*>(&countGetDC)},
+        {"ReleaseDC", reinterpret_cast<void*>(&countReleaseDC)},
+        {"CreateWindowExA", reinterpret_cast<void*>(&countCreateWindowExA)},
+        {"DestroyWindow", reinterpret_cast<void*>(&countDestroyWindow)},
+        {"CreatePopupMenu", reinterpret_cast<void*>(&countCreatePopupMenu)},
+        {"DestroyMenu", reinterpret_cast<void*>(&countDestroyMenu)},
+    };
+    auto* base = reinterpret_cast<unsigned char*>(module);
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const IMAGE_DATA_DIRECTORY& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    if (!directory.VirtualAddress) return;
+    for (auto* import = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+         import->Name; ++import) {
+        auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + import->OriginalFirstThunk);
+        auto* slots = reinterpret_cast<IMAGE_THUNK_DATA*>(base + import->FirstThunk);
+        for (; names->u1.AddressOfData; ++names, ++slots) {
+            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+            const auto* byName = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
+            for (const auto& hook : hooks) {
+                if (std::strcmp(reinterpret_cast<const char*>(byName->Name), hook.name) != 0) continue;
+                DWORD old = 0;
+                VirtualProtect(&slots->u1.Function, sizeof slots->u1.Function, PAGE_READWRITE, &old);
+                slots->u1.Function = reinterpret_cast<ULONG_PTR>(hook.replacement);
+                VirtualProtect(&slots->u1.Function, sizeof slots->u1.Function, old, &old);
+            }
+        }
+    }
+}
+
+long pluginGdiObjects() { return static_cast<long>(tally.gdi.size()) + tally.dcs; }
+long pluginUserObjects() { return static_cast<long>(tally.windows.size() + tally.menus.size()); }
+
 // ---- the editor in a host window
 
 struct HostEvents {
@@ -185,6 +331,7 @@ public:
         dll_ = dll;
         module_ = LoadLibraryA(dll.c_str());
         if (!module_) return false;
+        countObjectsOf(module_);
         auto entry = reinterpret_cast<vst2::EntryProc>(reinterpret_cast<void*>(GetProcAddress(module_, "VSTPluginMain")));
         effect_ = entry ? entry(&HostEvents::callback) : nullptr;
         if (!effect_) return false;
@@ -335,17 +482,24 @@ public:
         pump(100);
         const DWORD gdiBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
         const DWORD userBefore = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+        const long ownGdiBefore = pluginGdiObjects(), ownUserBefore = pluginUserObjects();
+        long ownGdiOpen = 0, ownUserOpen = 0;
         int opened = 0;
         for (int i = 0; i < count; ++i) {
             opened += openEditor();
             pump(60);
+            ownGdiOpen = std::max(ownGdiOpen, pluginGdiObjects());
+            ownUserOpen = std::max(ownUserOpen, pluginUserObjects());
             closeEditor();
             pump(20);
         }
         const DWORD gdiAfter = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
         const DWORD userAfter = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-        say("cycles %d opened %d: GDI objects %lu before, %lu after; USER objects %lu before, %lu after", count, opened,
-            gdiBefore, gdiAfter, userBefore, userAfter);
+        say("cycles %d opened %d: GDI objects %lu before, %lu after; USER objects %lu before, %lu after "
+            "(as the system counts them)", count, opened, gdiBefore, gdiAfter, userBefore, userAfter);
+        say("cycles %d opened %d: the plug-in's GDI objects %ld before, %ld after (%ld while open); "
+            "USER objects %ld before, %ld after (%ld while open)", count, opened, ownGdiBefore, pluginGdiObjects(),
+            ownGdiOpen, ownUserBefore, pluginUserObjects(), ownUserOpen);
         openEditor();
         pump(200);
     }
@@ -445,6 +599,7 @@ int reload(const std::string& dll) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    _setmode(_fileno(stdout), _O_BINARY);  // plain "\n" line ends for the scripts that read them
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.size() == 3 && args[0] == "render") return render(args[1], args[2]);
     if (args.size() == 4 && args[0] == "compare") return compareAudio(args[1], args[2], std::atof(args[3].c_str()));
