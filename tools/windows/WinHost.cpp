@@ -391,6 +391,10 @@ public:
         do {
             MSG message;
             while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+                if (message.message == WM_QUIT) {  // for the outer loop
+                    PostQuitMessage(static_cast<int>(message.wParam));
+                    return;
+                }
                 TranslateMessage(&message);
                 DispatchMessageA(&message);
             }
@@ -566,6 +570,7 @@ int session(const std::string& dll) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
+    say("closing");
     host.unload();
     say("closed");
     return 0;
