@@ -8,7 +8,7 @@
 #include <string>
 
 #include "params/ProgramFiles.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace {
 
