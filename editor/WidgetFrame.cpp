@@ -110,6 +110,14 @@ void WidgetFrame::drawRect(Canvas& canvas, const Rect& area) {
 
 // ---- pages
 
+bool WidgetFrame::onFilesDropped(const char* const* items, std::int32_t count, std::int32_t kind, Point where) {
+    if (getModalView() || getFocusView()) return false;
+    if (EditorFrame::onFilesDropped(items, count, kind, where)) return true;
+    if (kind != 0 || count < 1 || !items[0]) return false;
+    synthEditor_.controller().loadDroppedFile(items[0]);
+    return true;
+}
+
 void WidgetFrame::selectPage(int page) {
     if (page < 0 || page >= pageCount_ || page == currentPage_) {
         setDirty(true);

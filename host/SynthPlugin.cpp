@@ -496,6 +496,17 @@ void SynthPlugin::runEditorCommand(int command) {
     }
 }
 
+// A dropped file of a kind the file menu knows loads as if chosen there; any other is refused.
+void SynthPlugin::loadDroppedFile(const char* path) {
+    FileKind kind;
+    if (!fileKindOfPath(path, kind)) {
+        synthEditor_->showStatus(fileResultFirstLine(FileResult::InvalidFormat),
+                                 fileResultSecondLine(FileResult::InvalidFormat));
+        return;
+    }
+    fileCommands_->loadFile(kind, path);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Files (host threads)
 

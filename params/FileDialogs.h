@@ -50,6 +50,10 @@ inline const FileDialogTexts& fileDialogTexts(FileKind kind) { return kFileDialo
 // any other path is answered unchanged.
 std::string withDefaultExtension(const std::string& path, FileKind kind);
 
+// The kind whose dialog lists the path's extension ("x.prg" is a program, "x.BNK" a bank; case is
+// ignored); false for an extension no dialog lists.
+bool fileKindOfPath(const std::string& path, FileKind& kind);
+
 struct DialogChoice {
     enum class Outcome { Chosen, Cancelled, Unavailable };
     Outcome outcome = Outcome::Cancelled;

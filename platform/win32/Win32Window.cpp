@@ -253,6 +253,7 @@ Win32Window::Win32Window(HWND parent, int width, int height, WindowEventHandler&
 }
 
 Win32Window::~Win32Window() {
+    if (alive_) *alive_ = false;
     if (edit_) edit_->detach();
     auto& windows = liveWindows();
     windows.erase(std::remove(windows.begin(), windows.end(), this), windows.end());
@@ -301,9 +302,20 @@ LRESULT Win32Window::handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONDBLCLK:
         case WM_RBUTTONDBLCLK:
         case WM_MBUTTONDBLCLK:
+        {
             pressButtons_ = pressBits(wParam);
+            bool alive = true;
+            bool* outer = alive_;
+            alive_ = &alive;
             handler_.windowMouseDown(Point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            if (alive) {
+                alive_ = outer;
+                pressButtons_ = 0;
+            } else if (outer) {  // the press closed the editor and with it this window
+                *outer = false;
+            }
             return 0;
+        }
         case WM_MOUSEWHEEL: {
             POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
             ScreenToClient(hwnd_, &screen);

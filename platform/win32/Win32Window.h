@@ -58,6 +58,7 @@ private:
     Win32DropTarget* dropTarget_ = nullptr;
     CursorKind cursor_ = CursorKind::standard;
     int pressButtons_ = 0;  // buttons of the press being handled, until the first position poll
+    bool* alive_ = nullptr;  // set while a press is handled
     Win32TextEdit* edit_ = nullptr;
     std::map<std::tuple<std::string, int, int, bool, bool>, HFONT> fonts_;
 };

@@ -137,10 +137,55 @@ xdotool key Return
 sleep 0.5
 answer name "^name"
 name=$reply
+answer "capture named.bmp" "^captured"
 if [[ "$state" == *"edit field open" && "$name" == "name Wine Pad" ]]; then
   pass "the name field took typed text"
 else
   fail "name field: '$state', then '$name'"
+fi
+
+# The FILE menu: "Save Program..." through the Save dialog; then another program is selected and
+# "Load Program..." through the Open dialog brings the saved one (its name) back into the editor.
+dialog_types() {  # title, text
+  local window
+  window=$(timeout 30 xdotool search --sync --limit 1 --name "^$1\$" 2>/dev/null) || return 1
+  sleep 2  # the dialog fills its lists after it shows
+  xdotool windowfocus --sync "$window" 2>/dev/null
+  sleep 0.3
+  xdotool type --delay 20 "$2"
+  xdotool key Return
+}
+rm -f wine-saved.prog
+xdotool mousemove 690 296 click 1
+sleep 1
+xdotool mousemove 729 370 click 1
+if dialog_types "Save Program" "wine-saved" && for i in $(seq 50); do [ -s wine-saved.prog ] && break; sleep 0.2; done &&
+   [ "$(stat -c %s wine-saved.prog)" = 632 ] && [ "$(dd if=wine-saved.prog bs=1 skip=24 count=9 2>/dev/null | tr -d '\0')" = "Wine Pad" ]; then
+  pass "Save Program wrote wine-saved.prog (632 bytes, named \"Wine Pad\")"
+else
+  fail "Save Program: no 632-byte program file named \"Wine Pad\""
+  xdotool key Escape  # a dialog left open would hold everything after it
+fi
+answer "program 5" "^program "
+other=$reply
+answer "capture other.bmp" "^captured"
+xdotool mousemove 690 296 click 1
+sleep 1
+xdotool mousemove 729 313 click 1
+dialog_types "Load Program" "wine-saved.prog"
+sleep 1
+answer "capture loaded.bmp" "^captured"
+# The name field's pixels: the loaded program shows the saved name again (the host's program name stays
+# program 5's: a loaded file does not change the program number).
+name_field() { convert "$1" -crop 156x12+401+293 +repage "${1%.bmp}-name.png"; }
+differing() { compare -metric AE "$1" "$2" null: 2>&1 | cut -d' ' -f1; }
+name_field named.bmp && name_field other.bmp && name_field loaded.bmp
+same=$(differing named-name.png loaded-name.png)
+changed=$(differing other-name.png loaded-name.png)
+if [[ "$other" == "program 5 "* && "$other" != "program 5 Wine Pad" && "$same" == 0 && "${changed:-0}" != 0 ]]; then
+  pass "Load Program brought \"Wine Pad\" back over program 5 (name field as typed; $changed pixels from program 5's)"
+else
+  fail "Load Program: '$other'; name field differs from the typed one in ${same:-?} pixels, from program 5's in ${changed:-?}"
 fi
 
 # 20 open/close cycles leave the GDI and USER object counts where they were: the system's (wine counts

@@ -126,8 +126,9 @@ int compareAudio(const std::string& a, const std::string& b, double limit) {
             at = i;
         }
     }
-    say("audio: %zu samples, peak %.6f, %zu differ, largest difference %.3g (sample %zu)", first.size(), peak, differing,
-        largest, at);
+    say("audio: %lu samples, peak %.6f, %lu differ, largest difference %.3g (sample %lu)",
+        static_cast<unsigned long>(first.size()), peak, static_cast<unsigned long>(differing), largest,
+        static_cast<unsigned long>(at));
     if (!(peak > 0.01)) return fail("the rendering is silent");
     return largest <= limit ? 0 : fail("the largest difference is above " + std::to_string(limit));
 }
@@ -456,7 +457,16 @@ public:
             pump(300);
             say(capture(argument) ? "captured %s" : "cannot capture %s", argument);
         } else if (std::sscanf(line.c_str(), "parameter %d", &count) == 1) {
+            processBlock();
             say("parameter %d %.6f", count, effect_->getParameter(effect_, count));
+        } else if (float value = 0; std::sscanf(line.c_str(), "set %d %f", &count, &value) == 2) {
+            effect_->setParameter(effect_, count, value);
+            processBlock();
+            say("set %d %.6f", count, effect_->getParameter(effect_, count));
+        } else if (std::sscanf(line.c_str(), "program %d", &count) == 1) {
+            dispatch(vst2::effSetProgram, 0, count);
+            processBlock();
+            say("program %ld %s", static_cast<long>(dispatch(vst2::effGetProgram)), programName().c_str());
         } else if (line == "name") {
             say("name %s", programName().c_str());
         } else if (line == "windows") {
@@ -508,6 +518,14 @@ public:
         pump(200);
     }
 
+    // A block of audio, as a host's audio thread would ask for it between editor calls: parameter changes
+    // take effect there.
+    void processBlock() {
+        static float left[256], right[256];
+        float* outputs[] = {left, right};
+        if (effect_ && effect_->processReplacing) effect_->processReplacing(effect_, nullptr, outputs, 256);
+    }
+
     HWND hostWindow() const { return host_; }
     HWND editorWindow() const { return editor_; }
     vst2::AEffect* effect() const { return effect_; }
@@ -518,6 +536,7 @@ private:
         if (session) {
             if (message == WM_TIMER && wParam == kIdleTimer) {
                 if (session->editor_) session->dispatch(vst2::effEditIdle);
+                session->processBlock();
                 return 0;
             }
             if (message == kCommandMessage) {
