@@ -48,6 +48,7 @@ public:
     void process(float** inputs, float** outputs, int frames) override;
     void processReplacing(float** inputs, float** outputs, int frames) override;
     void setProgram(int program) override;
+    void runCommand(EditorCommand command) override;
     int getProgram() override { return curProgram_.load(std::memory_order_relaxed); }
     void setProgramName(const char* name) override;
     void getProgramName(char* name) override;
@@ -90,7 +91,6 @@ public:
     SynthEngine& engine() { return *engine_; }
     ControllerRouter& router() { return *router_; }
     SynthEditor& synthEditor() { return *synthEditor_; }
-    const ParameterTable& parameterTable() const { return table_; }
     std::uint32_t tick() const { return tick_; }
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
@@ -147,7 +147,6 @@ private:
     void showParameterStatus(int index, float value, TextWriter writer);
     void showProgramStatus(int program, TextWriter writer);
     void storeCurrentRecord(const ProgramRecord& record);
-    void runEditorCommand(int command);
 
     ParameterTable table_;
     std::unique_ptr<ControllerRouter> router_;

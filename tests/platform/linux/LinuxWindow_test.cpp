@@ -13,14 +13,13 @@
 #include "gui/RotaryKnob.h"
 #include "gui/TextField.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "support/XServerForTests.h"
 #include "tests/gui/ToolkitTestSupport.h"
 
 // Last: Xlib's macros (None, Bool) would clash with names in the headers above.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include "support/XTestUser.h"
 
 namespace tolvane {
 namespace {
@@ -29,48 +28,15 @@ using testing::FakeHost;
 using testing::RecordingListener;
 using testing::TestEditor;
 
-// ---- an X server for the suite
-
-testing::XServerForTests xServer;
-std::string skipReason;
-
-class XServerEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        if (!xServer.start(skipReason)) {
-            if (skipReason.empty()) skipReason = "no X server";
-            return;
-        }
-        // Held for the whole run: a server that resets when its last client leaves would otherwise refuse
-        // connections for a moment between tests.
-        keeper_ = XOpenDisplay(nullptr);
-    }
-    void TearDown() override {
-        if (keeper_) XCloseDisplay(keeper_);
-        keeper_ = nullptr;
-        xServer.stop();
-    }
-
-private:
-    Display* keeper_ = nullptr;
-};
-
-const ::testing::Environment* const xserver = ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
-
 // ---- the fixture: a top-level "host" window and an editor that opens inside it
 
 class LinuxWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!skipReason.empty()) GTEST_SKIP() << skipReason;
+        if (!testing::xServerSkipReason().empty()) GTEST_SKIP() << testing::xServerSkipReason();
         display = XOpenDisplay(nullptr);
         ASSERT_NE(display, nullptr);
-        XSetWindowAttributes attributes{};
-        attributes.background_pixel = BlackPixel(display, DefaultScreen(display));
-        host = XCreateWindow(display, DefaultRootWindow(display), 100, 100, 400, 300, 0, CopyFromParent, InputOutput,
-                             CopyFromParent, CWBackPixel, &attributes);
-        XMapWindow(display, host);
-        XSync(display, False);
+        host = testing::openHostWindow(display, 100, 100, 400, 300);
         installPlatform(&linuxPlatform());
         editor = new TestEditor(&fakeHost, 300, 200);
     }
@@ -96,53 +62,13 @@ protected:
         return done();
     }
 
-    int childrenOf(Window window) {
-        Window root = 0, parent = 0, *children = nullptr;
-        unsigned int count = 0;
-        XQueryTree(display, window, &root, &parent, &children, &count);
-        if (children) XFree(children);
-        return static_cast<int>(count);
-    }
-
-    // Window coordinates of the editor to root coordinates.
-    Point onScreen(Point p) {
-        int x = 0, y = 0;
-        Window child = 0;
-        XTranslateCoordinates(display, host, DefaultRootWindow(display), p.h, p.v, &x, &y, &child);
-        return Point{x, y};
-    }
+    int childrenOf(Window window) { return static_cast<int>(testing::childWindows(display, window).size()); }
+    Point onScreen(Point p) { return testing::onScreen(display, host, p); }
 
     Display* display = nullptr;
     Window host = 0;
     FakeHost fakeHost;
     TestEditor* editor = nullptr;
-};
-
-// A second connection that plays the user.
-class User {
-public:
-    User() : display_(XOpenDisplay(nullptr)) {}
-    ~User() {
-        if (display_) XCloseDisplay(display_);
-    }
-    void moveTo(Point p) {
-        XTestFakeMotionEvent(display_, -1, p.h, p.v, 0);
-        XSync(display_, False);
-    }
-    void button(bool down) {
-        XTestFakeButtonEvent(display_, 1, down ? True : False, 0);
-        XSync(display_, False);
-    }
-    void key(KeySym symbol) {
-        ::KeyCode code = XKeysymToKeycode(display_, symbol);
-        XTestFakeKeyEvent(display_, code, True, 0);
-        XTestFakeKeyEvent(display_, code, False, 0);
-        XSync(display_, False);
-    }
-    static void pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
-private:
-    Display* display_;
 };
 
 TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
@@ -154,7 +80,7 @@ TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
     XSetInputFocus(display, host, RevertToParent, CurrentTime);
     XSync(display, False);
 
-    User me;
+    testing::XTestUser me;
     me.moveTo(onScreen(Point{40, 106}));
     me.button(true);
     me.button(false);
@@ -193,12 +119,12 @@ TEST_F(LinuxWindowTest, TheHostClosingTheEditorDuringADragIsSurvived) {
     std::atomic<bool> finished{false};
     Point start = onScreen(Point{40, 40});
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.moveTo(start);
         me.button(true);
-        User::pause(300);
+        testing::XTestUser::pause(300);
         me.moveTo(Point{start.h, start.v - 20});
-        User::pause(100);
+        testing::XTestUser::pause(100);
         me.button(false);
         finished = true;
     });
