@@ -55,7 +55,8 @@ TEST_F(SynthEditorTest, DroppedFilesLoadLikeTheFileMenusChoices) {
         testing::writeContents(path, std::vector<unsigned char>(program.begin(), program.end()));
         hostSets(param::FilterCutoff, 0.75f);
         editor().showStatus("", "");
-        window->dropFiles({path}, c.dropKind, Point{200, 150});
+        const char* items[] = {path.c_str()};
+        frame().onFilesDropped(items, 1, c.dropKind, Point{200, 150});
         editor().idle();
         EXPECT_EQ(std::string(frame().statusLine(0)->text()).rfind(c.line1, 0), 0u) << c.name;
         EXPECT_STREQ(frame().statusLine(1)->text(), c.line2) << c.name;
