@@ -60,8 +60,7 @@ TEST_F(SynthEditorTest, DroppedFilesLoadLikeTheFileMenusChoices) {
         editor().idle();
         EXPECT_EQ(std::string(frame().statusLine(0)->text()).rfind(c.line1, 0), 0u) << c.name;
         EXPECT_STREQ(frame().statusLine(1)->text(), c.line2) << c.name;
-        EXPECT_FLOAT_EQ(plugin.effect->getParameter(plugin.effect, param::FilterCutoff), c.loads ? 0.125f : 0.75f)
-            << c.name;
+        EXPECT_FLOAT_EQ(editor().value(param::FilterCutoff), c.loads ? 0.125f : 0.75f) << c.name;
     }
 }
 
