@@ -32,7 +32,7 @@ public:
     virtual void endEdit(int index) = 0;
     // Lets the host run its idle work while the editor tracks the mouse.
     virtual void hostIdle() = 0;
-    // A file dropped on the editor: loaded as the file menu loads one of its kind (by its extension).
+    // A file dropped on the editor: loaded as the FILE menu's load command for its kind would load it.
     virtual void loadDroppedFile(const char* path) = 0;
 };
 

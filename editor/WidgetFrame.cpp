@@ -111,15 +111,15 @@ void WidgetFrame::drawRect(Canvas& canvas, const Rect& area) {
     }
 }
 
-// ---- pages
-
-bool WidgetFrame::onFilesDropped(const char* const* items, std::int32_t count, std::int32_t kind, Point where) {
-    if (getModalView() || getFocusView()) return false;
-    if (EditorFrame::onFilesDropped(items, count, kind, where)) return true;
-    if (kind != 0 || count < 1 || !items[0]) return false;
-    synthEditor_.controller().loadDroppedFile(items[0]);
-    return true;
+// The whole editor is one drop target: a musician drops a sound on the window, not on a control.
+bool WidgetFrame::onFilesDropped(const char* const* items, std::int32_t count, std::int32_t kind, Point) {
+    if (kind != 0 || !items) return false;
+    for (std::int32_t i = 0; i < count; ++i)
+        if (items[i]) synthEditor_.controller().loadDroppedFile(items[i]);
+    return count > 0;
 }
+
+// ---- pages
 
 void WidgetFrame::selectPage(int page) {
     if (page < 0 || page >= pageCount_ || page == currentPage_) {

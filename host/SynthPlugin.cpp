@@ -9,6 +9,7 @@
 #include "params/FactoryBank.h"
 #include "dsp/FastMath.h"
 #include "dsp/TempoDivisions.h"
+#include "params/SessionState.h"
 #include "params/TextHelpers.h"
 
 namespace tolvane {
@@ -18,7 +19,6 @@ constexpr const char* kEffectName = "Tolvane2";
 constexpr const char* kVendor = "Brindlecot";
 constexpr const char* kProduct = "Tolvane2";
 constexpr const char* kVersionLine = "Version 2.0";
-constexpr int kMaxHostNameLength = 24;   // program names handed to the host
 constexpr int kMaxParamTextLength = 8;   // parameter names, labels and displays handed to the host
 
 void copyText(char* dst, const char* src, int maxChars) {
@@ -49,7 +49,7 @@ public:
 // The dispatcher's view of the editor: the host's records and key codes to the editor's and back.
 class SynthPlugin::EditorAdapter : public PluginEditor {
 public:
-    explicit EditorAdapter(SynthEditor& editor) : editor_(editor) {}
+    EditorAdapter(SynthEditor& editor, FileCommands& fileCommands) : editor_(editor), fileCommands_(fileCommands) {}
     vst2::intptr getRect(vst2::ERect** rect) override {
         EditorRect* size = nullptr;
         editor_.getRect(&size);
@@ -59,7 +59,11 @@ public:
     }
     vst2::intptr open(void* parentWindow) override { return editor_.open(parentWindow) ? 1 : 0; }
     void close() override { editor_.close(); }
-    void idle() override { editor_.idle(); }
+    // A file dialog's answer is picked up here, on the host's GUI thread, before the editor redraws.
+    void idle() override {
+        fileCommands_.idle();
+        editor_.idle();
+    }
     vst2::intptr keyDown(const vst2::VstKeyCode& key) override { return editor_.onKeyDown(toKeyCode(key)); }
     vst2::intptr keyUp(const vst2::VstKeyCode& key) override { return editor_.onKeyUp(toKeyCode(key)); }
     vst2::intptr setKnobMode(int mode) override { return editor_.setKnobMode(mode); }
@@ -68,6 +72,7 @@ public:
 
 private:
     SynthEditor& editor_;
+    FileCommands& fileCommands_;
     vst2::ERect rect_{};
 };
 
@@ -99,6 +104,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
     setFlag(vst2::effFlagsCanMono, true);
     setFlag(vst2::effFlagsCanReplacing, true);
     setFlag(vst2::effFlagsIsSynth, true);
+    setFlag(vst2::effFlagsProgramChunks, true);
     setInitialDelay(0);
 
     readHostTempo(false);
@@ -135,7 +141,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
         maps[i] = 0.5f / 100.0f;
         maps[kNumControllerMaps + i] = ControllerRouter::parameterValue(99);
     }
-    for (int i = 0; i < kNumMapValues; ++i) mapValues_[static_cast<std::size_t>(i)].store(maps[i], std::memory_order_relaxed);
+    for (int i = 0; i < kNumMapValues; ++i) storeValue(kFirstMapParameter + i, maps[i]);
 
     curProgram_.store(0, std::memory_order_relaxed);
     ProgramRecord record;
@@ -152,7 +158,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
     synthEditor_.reset(new SynthEditor(*this, this));
     synthEditor_->showProgramAndMaps(record, maps);
     synthEditor_->setStartupStatus(kEffectName, kVersionLine);
-    editorAdapter_.reset(new EditorAdapter(*synthEditor_));
+    editorAdapter_.reset(new EditorAdapter(*synthEditor_, *fileCommands_));
     attachEditor(editorAdapter_.get());
 }
 
@@ -171,6 +177,7 @@ SynthPlugin::~SynthPlugin() {
 void SynthPlugin::setParameter(int index, float value) {
     if (index < 0 || index >= kNumParameters) return;
     value = sanitise(value);
+    storeValue(index, value);
     inbox_.set(index, value);
     noteDisplayValue(index, value);
     synthEditor_->setParameter(index, value);
@@ -194,16 +201,17 @@ void SynthPlugin::setParameterFromMidi(int index, float value) {
     value = sanitise(value);
     inbox_.discard(index, index + 1);
     applyParameter(index, value);
+    storeValue(index, value);
     noteDisplayValue(index, value);
     synthEditor_->setParameter(index, value);
     showParameterStatus(index, value, TextWriter::Audio);
 }
 
+// The value last set, by the host, the editor, a controller map, a program or a file: what the engine
+// now works with.
 float SynthPlugin::getParameter(int index) {
-    if (index >= 0 && index < kNumProgramValues) return currentValues_[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
-    if (index >= kFirstMapParameter && index < kNumParameters)
-        return mapValues_[static_cast<std::size_t>(index - kFirstMapParameter)].load(std::memory_order_relaxed);
-    return 0.0f;
+    if (index < 0 || index >= kNumParameters) return 0.0f;
+    return values_[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
 }
 
 const ValueFormatter* SynthPlugin::formatterOf(int index) const {
@@ -265,6 +273,7 @@ void SynthPlugin::noteDisplayValue(int index, float value) {
 // engine or the allocator. A reserved index has no setter.
 void SynthPlugin::applyParameter(int index, float v) {
     using namespace param;
+    if (index >= 0 && index < kNumParameters) applied_[static_cast<std::size_t>(index)] = v;
     const ValueMappings& m = table_.mappings();
     SynthEngine& e = *engine_;
     // The option chosen by v, out of the count the parameter table gives for this index.
@@ -396,13 +405,12 @@ void SynthPlugin::applyControllerMaps(const float (&values)[kNumMapValues]) {
 // ---------------------------------------------------------------------------------------------
 // Programs
 
-void SynthPlugin::storeCurrentRecord(const ProgramRecord& record) {
-    for (int i = 0; i < kNumProgramValues; ++i)
-        currentValues_[static_cast<std::size_t>(i)].store(record.values[i], std::memory_order_relaxed);
+void SynthPlugin::storeCurrentRecord(const ProgramRecord& record, TextWriter writer) {
+    for (int i = 0; i < kNumProgramValues; ++i) storeValue(i, sanitise(record.values[i]));
     char name[32];
     std::memcpy(name, record.name, sizeof name);
-    name[31] = 0;
-    currentName_.store(name);
+    name[kMaxProgramNameLength] = 0;
+    currentName_.store(name, writer);
 }
 
 void SynthPlugin::showProgramStatus(int program, TextWriter writer) {
@@ -444,11 +452,8 @@ void SynthPlugin::selectProgramFromMidi(int program) {
     applyProgramValues(record);
     tick_ = 0;
     engine_->reset(0);
-    for (int i = 0; i < kNumProgramValues; ++i) {
-        currentValues_[static_cast<std::size_t>(i)].store(record.values[i], std::memory_order_relaxed);
-        noteDisplayValue(i, record.values[i]);
-    }
-    currentName_.store(record.name, TextWriter::Audio);
+    storeCurrentRecord(record, TextWriter::Audio);
+    for (int i = 0; i < kNumProgramValues; ++i) noteDisplayValue(i, record.values[i]);
     synthEditor_->showProgram(record, TextWriter::Audio);
     showProgramStatus(program, TextWriter::Audio);
 }
@@ -456,14 +461,14 @@ void SynthPlugin::selectProgramFromMidi(int program) {
 void SynthPlugin::getProgramName(char* name) {
     char buffer[32];
     currentName_.load(buffer);
-    copyText(name, buffer, kMaxHostNameLength);
+    copyText(name, buffer, kMaxProgramNameLength);
 }
 
 void SynthPlugin::setProgramName(const char* name) {
     // The name field of the editor renames the current program in the plug-in's copy of the bank and in
     // the edit buffer, so that saving a program or a bank keeps the name.
     char cut[32] = {};
-    if (name) std::strncpy(cut, name, 31);
+    if (name) std::strncpy(cut, name, kMaxProgramNameLength);
     int program = curProgram_.load(std::memory_order_relaxed);
     programs_.rename(program, cut);
     currentName_.store(cut);
@@ -474,7 +479,7 @@ bool SynthPlugin::getProgramNameIndexed(int /*category*/, int index, char* text)
     if (index < 0 || index >= kNumPrograms) return false;
     char name[32];
     programs_.readName(index, name);
-    copyText(text, name, kMaxHostNameLength);
+    copyText(text, name, kMaxProgramNameLength);
     return true;
 }
 
@@ -500,21 +505,11 @@ void SynthPlugin::runCommand(EditorCommand command) {
     }
 }
 
-// A dropped file of a kind the file menu knows loads as if chosen there; any other is refused.
-void SynthPlugin::loadDroppedFile(const char* path) {
-    FileKind kind;
-    if (!fileKindOfPath(path, kind)) {
-        synthEditor_->showStatus(fileResultFirstLine(FileResult::InvalidFormat),
-                                 fileResultSecondLine(FileResult::InvalidFormat));
-        return;
-    }
-    fileCommands_->loadFile(kind, path);
-}
-
 // ---------------------------------------------------------------------------------------------
 // Files (host threads)
 
 void SynthPlugin::applyProgramFromFile(const ProgramRecord& record) {
+    storeCurrentRecord(record);
     {
         ParameterInbox::Batch batch(inbox_);
         for (int i = 0; i < kNumProgramValues; ++i) batch.set(i, sanitise(record.values[i]));
@@ -527,7 +522,7 @@ void SynthPlugin::applyControllerMapsFromFile(const float (&values)[kNumMapValue
     {
         ParameterInbox::Batch batch(inbox_);
         for (int i = 0; i < kNumMapValues; ++i) {
-            mapValues_[static_cast<std::size_t>(i)].store(values[i], std::memory_order_relaxed);
+            storeValue(kFirstMapParameter + i, sanitise(values[i]));
             batch.set(kFirstMapParameter + i, sanitise(values[i]));
         }
     }
@@ -539,15 +534,98 @@ void SynthPlugin::replaceBank(int bank, const BankPrograms& programs) {
     setProgram(curProgram_.load(std::memory_order_relaxed));
 }
 
-void SynthPlugin::editBuffer(ProgramRecord& out) const { synthEditor_->editBuffer(out); }
+void SynthPlugin::editBuffer(ProgramRecord& out) const {
+    char name[32];
+    currentName_.load(name);
+    out.setName(name);
+    for (int i = 0; i < kNumProgramValues; ++i) out.values[i] = values_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed);
+}
 
-void SynthPlugin::editMapValues(float (&out)[kNumMapValues]) const { synthEditor_->mapValues(out); }
+void SynthPlugin::editMapValues(float (&out)[kNumMapValues]) const {
+    for (int i = 0; i < kNumMapValues; ++i)
+        out[i] = values_[static_cast<std::size_t>(kFirstMapParameter + i)].load(std::memory_order_relaxed);
+}
 
 void SynthPlugin::bankPrograms(int bank, BankPrograms& out) const {
     for (int i = 0; i < kProgramsPerBank; ++i) programs_.read(bank * kProgramsPerBank + i, out.programs[i]);
 }
 
 void SynthPlugin::showStatus(const char* line1, const char* line2) { synthEditor_->showStatus(line1, line2); }
+
+void SynthPlugin::loadDroppedFile(const char* path) {
+    if (path) fileCommands_->loadDroppedFile(path);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Session state (host threads)
+
+std::vector<unsigned char> SynthPlugin::saveState(StateScope scope) {
+    if (scope == StateScope::Program) {
+        ProgramRecord record;
+        editBuffer(record);
+        return writeProgramFile(record);
+    }
+    auto state = std::make_unique<SessionState>();
+    state->currentProgram = curProgram_.load(std::memory_order_relaxed);
+    editBuffer(state->editBuffer);
+    editMapValues(state->mapValues);
+    for (int i = 0; i < kNumPrograms; ++i) programs_.read(i, state->programs[i]);
+    return writeSessionState(*state);
+}
+
+bool SynthPlugin::loadState(StateScope scope, const void* data, std::size_t size) {
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    FileResult result = FileResult::CannotLoad;
+    if (scope == StateScope::Program) {
+        ProgramRecord record;
+        if (bytes) result = readProgramFile(bytes, size, record);
+        if (result == FileResult::Ok) applyProgramFromFile(record);
+    } else {
+        auto state = std::make_unique<SessionState>();
+        if (bytes) result = readSessionState(bytes, size, *state);
+        if (result == FileResult::Ok) applySessionState(*state);
+    }
+    if (result != FileResult::Ok) synthEditor_->showStatus(fileResultFirstLine(result), fileResultSecondLine(result));
+    return result == FileResult::Ok;
+}
+
+// Everything at once: the bank, the program number, the edit buffer and the maps reach the audio
+// thread in one batch. The same program keeps its voices sounding (the values move as if turned);
+// another program resets the engine as a program change does.
+void SynthPlugin::applySessionState(const SessionState& state) {
+    programs_.replaceAll(state.programs);
+    const int before = curProgram_.exchange(state.currentProgram, std::memory_order_relaxed);
+    float values[kNumParameters];
+    std::memcpy(values, state.editBuffer.values, sizeof state.editBuffer.values);
+    std::memcpy(values + kFirstMapParameter, state.mapValues, sizeof state.mapValues);
+    {
+        // Only what differs runs its setter: the values the engine already has stay untouched.
+        ParameterInbox::Batch batch(inbox_);
+        for (int i = 0; i < kNumParameters; ++i) {
+            if (values[i] == getParameter(i)) continue;
+            storeValue(i, values[i]);
+            batch.set(i, values[i]);
+        }
+        if (state.currentProgram != before) batch.requestReset();
+    }
+    char name[32];
+    std::memcpy(name, state.editBuffer.name, sizeof name);
+    currentName_.store(name);
+    for (int i = 0; i < kNumProgramValues; ++i) noteDisplayValue(i, state.editBuffer.values[i]);
+    synthEditor_->showProgramAndMaps(state.editBuffer, state.mapValues);
+}
+
+vst2::intptr SynthPlugin::getChunk(void** data, bool isProgram) {
+    if (!data) return 0;
+    chunk_ = saveState(isProgram ? StateScope::Program : StateScope::Bank);
+    *data = chunk_.data();
+    return static_cast<vst2::intptr>(chunk_.size());
+}
+
+vst2::intptr SynthPlugin::setChunk(const void* data, vst2::intptr size, bool isProgram) {
+    if (size < 0) size = 0;
+    return loadState(isProgram ? StateScope::Program : StateScope::Bank, data, static_cast<std::size_t>(size)) ? 1 : 0;
+}
 
 // ---------------------------------------------------------------------------------------------
 // Host notifications
@@ -646,6 +724,11 @@ void SynthPlugin::startOfBlock() {
                  });
 }
 
+void SynthPlugin::restartTicksAt(std::uint32_t tick) {
+    tick_ = tick;
+    engine_->reset(DspModule::tickOf(tick));
+}
+
 void SynthPlugin::applyPendingChanges() {
     startOfProcess();
     startOfBlock();
@@ -691,7 +774,7 @@ void SynthPlugin::render(float** outputs, int frames) {
         startOfBlock();
         router_->processEvents(kBlockSize);
         ++tick_;
-        engine_->render(static_cast<int>(tick_));
+        engine_->render(DspModule::tickOf(tick_));
         int n = frames < kBlockSize ? frames : kBlockSize;
         if (n < kBlockSize) pendingSamples_ = static_cast<std::uint32_t>(kBlockSize - n);
         deliver(0, n);

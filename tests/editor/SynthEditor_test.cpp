@@ -7,9 +7,6 @@
 #include "editor/KnobWidget.h"
 #include "gui/TextField.h"
 #include "params/FactoryBank.h"
-#include "params/ParameterIds.h"
-#include "params/ProgramFiles.h"
-#include "support/TempFolder.h"
 #include "tests/editor/EditorTestSupport.h"
 
 namespace tolvane {
@@ -28,40 +25,6 @@ TEST(SynthEditorWithoutWindow, OpeningAnswersZeroWhereNoWindowCanBeMade) {
     int parent = 0;
     EXPECT_EQ(plugin.dispatch(vst2::effEditOpen, 0, 0, &parent), 0);
     EXPECT_FALSE(plugin.plugin->synthEditor().isOpen());
-}
-
-// Files dropped on the editor load as the file menu loads them: the kind follows the extension, and
-// a file that is not of the kind its name says changes nothing.
-TEST_F(SynthEditorTest, DroppedFilesLoadLikeTheFileMenusChoices) {
-    testing::TempFolder folder;
-    ProgramRecord record = factoryProgram(7);
-    record.setName("Dropped");
-    record.values[param::FilterCutoff] = 0.125f;
-    const FileBytes program = writeProgramFile(record);
-    const struct {
-        const char* name;
-        int dropKind;  // 0 file names, 1 text
-        const char* line1;
-        const char* line2;
-        bool loads;
-    } cases[] = {
-        {"pad.PROG", 0, "Program loaded: A-", "", true},
-        {"pad.cmap", 0, "File I/O error", "Invalid format", false},  // a program's bytes as a map
-        {"pad.txt", 0, "File I/O error", "Invalid format", false},
-        {"pad.prog", 1, "", "", false},  // a text drop names no file
-    };
-    for (const auto& c : cases) {
-        const std::string path = folder.file(c.name);
-        testing::writeContents(path, std::vector<unsigned char>(program.begin(), program.end()));
-        hostSets(param::FilterCutoff, 0.75f);
-        editor().showStatus("", "");
-        const char* items[] = {path.c_str()};
-        frame().onFilesDropped(items, 1, c.dropKind, Point{200, 150});
-        editor().idle();
-        EXPECT_EQ(std::string(frame().statusLine(0)->text()).rfind(c.line1, 0), 0u) << c.name;
-        EXPECT_STREQ(frame().statusLine(1)->text(), c.line2) << c.name;
-        EXPECT_FLOAT_EQ(editor().value(param::FilterCutoff), c.loads ? 0.125f : 0.75f) << c.name;
-    }
 }
 
 TEST_F(SynthEditorTest, OpensOnPageOneWithTheStartupTextsEveryTime) {
