@@ -1,8 +1,12 @@
 # tolvane_embed_resources(<target>): compiles every resources/<id>-<name>.bmp into <target> and generates
 # the lookup table behind gui/EmbeddedResources.h. The bytes are included with the assembler's .incbin,
-# so large bitmaps cost no source text.
+# so large bitmaps cost no source text. With NONE the table is empty (the module carries the bitmaps
+# in another form, e.g. as Windows resources).
 function(tolvane_embed_resources target)
   file(GLOB resource_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*.bmp)
+  if("NONE" IN_LIST ARGN)
+    set(resource_files "")
+  endif()
   list(SORT resource_files)
   set(out ${PROJECT_BINARY_DIR}/generated/EmbeddedResources.cpp)
   set(decls "")

@@ -10,9 +10,21 @@ namespace tolvane {
 
 BitmapResource::BitmapResource(int resourceId) {
     const EmbeddedResource* resource = findEmbeddedResource(resourceId);
-    if (!resource || !decodeBmp(resource->data, resource->size, pixels_)) return;
-    width_ = pixels_.width;
-    height_ = pixels_.height;
+    if (resource && decodeBmp(resource->data, resource->size, pixels_)) {
+        width_ = pixels_.width;
+        height_ = pixels_.height;
+        return;
+    }
+    // A module whose bitmaps are native resources: the platform loads them.
+    if (Platform* platform = currentPlatform()) {
+        image_ = platform->loadImageResource(resourceId);
+        if (image_ && image_->width() > 0 && image_->height() > 0) {
+            width_ = image_->width();
+            height_ = image_->height();
+        } else {
+            image_.reset();
+        }
+    }
 }
 
 BitmapResource::BitmapResource(BmpImage pixels) : pixels_(std::move(pixels)) {

@@ -15,7 +15,7 @@ class PlatformImage;
 
 class BitmapResource : public ReferenceCounted {
 public:
-    // Looks the id up among the embedded resources and decodes it.
+    // Looks the id up among the embedded resources and decodes it, else asks the platform for its native one.
     explicit BitmapResource(int resourceId);
     // Takes pixels made elsewhere (tests, generated images).
     explicit BitmapResource(BmpImage pixels);

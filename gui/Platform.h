@@ -147,6 +147,8 @@ public:
     virtual std::unique_ptr<NativeWindow> createWindow(void* parent, int width, int height,
                                                        WindowEventHandler& handler) = 0;
     virtual std::unique_ptr<PlatformImage> createImage(const BmpImage& pixels) = 0;
+    // A bitmap that the module carries as a native resource of its own (null when the platform keeps none).
+    virtual std::unique_ptr<PlatformImage> loadImageResource(int /*resourceId*/) { return nullptr; }
     // Milliseconds from an arbitrary start, wrapping like a 32-bit counter.
     virtual std::uint32_t tickCount() = 0;
     virtual void sleep(int milliseconds) = 0;

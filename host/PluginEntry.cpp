@@ -14,7 +14,14 @@
 #endif
 
 #if defined(_WIN32)
-#define TOLVANE_EXPORT extern "C" __declspec(dllexport)
+#include "gui/Platform.h"
+#include "platform/win32/Win32FileDialogs.h"
+#include "platform/win32/Win32Platform.h"
+#endif
+
+#if defined(_WIN32)
+// The module definition file names the exports.
+#define TOLVANE_EXPORT extern "C"
 #else
 #define TOLVANE_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
@@ -24,6 +31,8 @@ namespace {
 std::unique_ptr<tolvane::FileDialogs> platformFileDialogs() {
 #if defined(__linux__)
     return std::unique_ptr<tolvane::FileDialogs>(new tolvane::ZenityFileDialogs);
+#elif defined(_WIN32)
+    return std::unique_ptr<tolvane::FileDialogs>(new tolvane::Win32FileDialogs);
 #else
     return nullptr;
 #endif
@@ -32,6 +41,9 @@ std::unique_ptr<tolvane::FileDialogs> platformFileDialogs() {
 void installWindowPlatform() {
 #if defined(TOLVANE_LINUX_EDITOR)
     static const bool installed = (tolvane::installPlatform(&tolvane::linuxPlatform()), true);
+    (void)installed;
+#elif defined(_WIN32)
+    static const bool installed = (tolvane::installPlatform(&tolvane::win32Platform()), true);
     (void)installed;
 #endif
 }

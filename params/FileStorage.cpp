@@ -11,6 +11,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Windows builds replace files with the system's own calls (platform/win32): its C runtime knows no
+// exclusive-create mode.
+#if !defined(_WIN32)
 // A name nobody else is likely to use, hidden beside the target: ".name.tmp-<hex>".
 fs::path temporaryPathFor(const fs::path& target, unsigned attempt) {
     static std::atomic<unsigned> counter{0};
@@ -25,6 +28,7 @@ bool writeAll(std::FILE* file, const FileBytes& bytes) {
     if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
     return std::fflush(file) == 0 && !std::ferror(file);
 }
+#endif
 
 }  // namespace
 
@@ -56,6 +60,7 @@ FileResult readWholeFile(const std::string& path, FileBytes& out, std::size_t ma
     return FileResult::Ok;
 }
 
+#if !defined(_WIN32)
 FileResult writeFileReplacing(const std::string& path, const FileBytes& bytes) {
     const fs::path target(path);
     if (target.filename().empty()) return FileResult::CannotSave;
@@ -79,5 +84,7 @@ FileResult writeFileReplacing(const std::string& path, const FileBytes& bytes) {
     fs::remove(temporary, ec);
     return FileResult::CannotSave;
 }
+
+#endif
 
 }  // namespace tolvane

@@ -1,5 +1,7 @@
 #include "support/AllocationCounter.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -16,13 +18,21 @@ void* allocate(std::size_t size) {
     return p;
 }
 
+// Over-aligned blocks come from malloc too (not every C library has aligned_alloc): the block is moved up
+// to the alignment and the address malloc gave is kept just below it for the matching delete.
 void* allocateAligned(std::size_t size, std::align_val_t alignment) {
     if (tCounting) ++tAllocations;
-    std::size_t a = static_cast<std::size_t>(alignment);
-    std::size_t rounded = (size + a - 1) / a * a;
-    void* p = std::aligned_alloc(a, rounded == 0 ? a : rounded);
-    if (!p) throw std::bad_alloc();
+    const std::size_t a = std::max(static_cast<std::size_t>(alignment), sizeof(void*));
+    void* raw = std::malloc(size + a + sizeof(void*));
+    if (!raw) throw std::bad_alloc();
+    const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(raw) + sizeof(void*);
+    void* p = reinterpret_cast<void*>((first + a - 1) / a * a);
+    static_cast<void**>(p)[-1] = raw;
     return p;
+}
+
+void freeAligned(void* p) {
+    if (p) std::free(static_cast<void**>(p)[-1]);
 }
 
 }  // namespace
@@ -41,10 +51,10 @@ void operator delete(void* p) noexcept { std::free(p); }
 void operator delete[](void* p) noexcept { std::free(p); }
 void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { std::free(p); }
+void operator delete(void* p, std::align_val_t) noexcept { freeAligned(p); }
+void operator delete[](void* p, std::align_val_t) noexcept { freeAligned(p); }
+void operator delete(void* p, std::size_t, std::align_val_t) noexcept { freeAligned(p); }
+void operator delete[](void* p, std::size_t, std::align_val_t) noexcept { freeAligned(p); }
 
 namespace tolvane::testing {
 

@@ -7,7 +7,11 @@
 #include <ctime>
 #include <memory>
 
+#if defined(_WIN32)
+#include <windows.h>
+#else
 #include <dlfcn.h>
+#endif
 
 namespace tolvane {
 
@@ -36,6 +40,34 @@ constexpr int32 kTimeSigValid = 1 << 13;
 // The host whose plug-in is being created: during the entry call the effect record does not exist
 // yet (or does not carry our pointer), so the callback finds its host here.
 thread_local VstHost* hostUnderConstruction = nullptr;
+
+#if defined(_WIN32)
+void* openModule(const std::string& path, std::string& reason) {
+    HMODULE module = ::LoadLibraryA(path.c_str());
+    if (!module) reason = "error " + std::to_string(::GetLastError());
+    return module;
+}
+void* findSymbol(void* module, const char* name) {
+    FARPROC symbol = ::GetProcAddress(static_cast<HMODULE>(module), name);
+    void* address = nullptr;
+    std::memcpy(&address, &symbol, sizeof address);
+    return address;
+}
+void closeModule(void* module) { ::FreeLibrary(static_cast<HMODULE>(module)); }
+#else
+void* openModule(const std::string& path, std::string& reason) {
+    // dlopen searches the library path for bare names; a plug-in path is always a file path.
+    const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+    void* module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!module) {
+        const char* why = ::dlerror();
+        reason = why ? why : "unknown reason";
+    }
+    return module;
+}
+void* findSymbol(void* module, const char* name) { return ::dlsym(module, name); }
+void closeModule(void* module) { ::dlclose(module); }
+#endif
 
 // CPU time of the whole process (every thread), in seconds.
 double processCpuSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
@@ -144,7 +176,7 @@ struct BlockBuffers {
 
 VstHost::~VstHost() {
     close();
-    if (module_) ::dlclose(module_);
+    if (module_) closeModule(module_);
 }
 
 bool VstHost::loadModule(const std::string& path, std::string& error) {
@@ -152,16 +184,14 @@ bool VstHost::loadModule(const std::string& path, std::string& error) {
         error = "a plug-in is already loaded";
         return false;
     }
-    // dlopen searches the library path for bare names; a plug-in path is always a file path.
-    const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
-    module_ = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    std::string reason;
+    module_ = openModule(path, reason);
     if (!module_) {
-        const char* reason = ::dlerror();
-        error = "cannot load plug-in " + path + ": " + (reason ? reason : "unknown reason");
+        error = "cannot load plug-in " + path + ": " + reason;
         return false;
     }
-    void* symbol = ::dlsym(module_, "VSTPluginMain");
-    if (!symbol) symbol = ::dlsym(module_, "main");
+    void* symbol = findSymbol(module_, "VSTPluginMain");
+    if (!symbol) symbol = findSymbol(module_, "main");
     if (!symbol) {
         error = path + " is not a VST2 module: it exports neither VSTPluginMain nor main";
         return false;

@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -80,7 +82,9 @@ bool WavWriter::open(const std::string& path, int sampleRate, WavFormat format, 
         return false;
     }
     tempPath_ = pattern.data();
+#if !defined(_WIN32)
     ::fchmod(fd, 0644);
+#endif
     file_ = ::fdopen(fd, "wb");
     if (!file_) {
         error = "cannot write " + path + ": " + systemError();
@@ -214,8 +218,11 @@ bool WavWriter::finish(std::string& error) {
         ::unlink(tempPath_.c_str());
         return false;
     }
-    if (std::rename(tempPath_.c_str(), path_.c_str()) != 0) {
-        error = "cannot replace " + path_ + ": " + systemError();
+    // std::filesystem replaces an existing file on every system (std::rename does not on Windows).
+    std::error_code renameError;
+    std::filesystem::rename(tempPath_, path_, renameError);
+    if (renameError) {
+        error = "cannot replace " + path_ + ": " + renameError.message();
         ::unlink(tempPath_.c_str());
         return false;
     }
