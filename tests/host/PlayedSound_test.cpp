@@ -67,16 +67,6 @@ TEST(PlayedSound, AReleasedNoteFadesToSilenceAndStopsCosting) {
     EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 0);
 }
 
-TEST(PlayedSound, OnlyAudibleVoicesAreComputed) {
-    PluginFixture f;
-    sinePatch(f);
-    f.effect->setParameter(f.effect, param::NumberOfVoices, 7.5f / 64.0f);  // 8 voices
-    std::vector<float> left, right;
-    renderSession(f.effect, {{0, {0x90, 60, 100}}}, 4096, 512, left, right);
-    EXPECT_EQ(f.plugin->router().voiceCount(), 8);
-    EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 1);
-}
-
 // Random automation of every parameter and random MIDI, at several sample rates and host block sizes:
 // the output stays finite and within the limiter's bound.
 TEST(PlayedSound, StaysFiniteAndBoundedUnderRandomAbuse) {

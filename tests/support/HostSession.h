@@ -1,5 +1,5 @@
-// Renders a sequence of MIDI events through a plug-in's effect record the way a host does: in host
-// buffers of a chosen size, each event delivered in the buffer that contains its sample position.
+// MIDI handed to a plug-in's effect record the way a host does it: an event list per buffer, and a
+// whole sequence rendered in buffers of a chosen size, each event in the buffer that holds its position.
 #pragma once
 
 #include <array>
@@ -10,6 +10,32 @@
 #include "host/Vst2.h"
 
 namespace tolvane::testing {
+
+// The event list a host hands over with one buffer; it owns the events it points to.
+class MidiEventList {
+public:
+    void clear() { midi_.clear(); }
+    void add(int deltaFrames, const std::array<unsigned char, 3>& bytes) {
+        vst2::VstMidiEvent m;
+        std::memset(&m, 0, sizeof m);
+        m.type = vst2::kVstMidiType;
+        m.byteSize = sizeof m;
+        m.deltaFrames = deltaFrames;
+        for (int k = 0; k < 3; ++k) m.midiData[k] = static_cast<char>(bytes[k]);
+        midi_.push_back(m);
+    }
+    vst2::VstEvents* list() {
+        storage_.assign(sizeof(vst2::VstEvents) + midi_.size() * sizeof(vst2::VstEvent*), 0);
+        auto* list = reinterpret_cast<vst2::VstEvents*>(storage_.data());
+        list->numEvents = static_cast<int>(midi_.size());
+        for (std::size_t i = 0; i < midi_.size(); ++i) list->events[i] = reinterpret_cast<vst2::VstEvent*>(&midi_[i]);
+        return list;
+    }
+
+private:
+    std::vector<vst2::VstMidiEvent> midi_;
+    std::vector<char> storage_;
+};
 
 struct TimedMidi {
     std::int64_t position;  // absolute sample position
@@ -22,29 +48,13 @@ inline void renderSession(vst2::AEffect* e, const std::vector<TimedMidi>& events
     left.assign(static_cast<std::size_t>(frames), 0.0f);
     right.assign(static_cast<std::size_t>(frames), 0.0f);
     std::size_t next = 0;
-    std::vector<vst2::VstMidiEvent> midi;
-    std::vector<vst2::VstEvent*> pointers;
-    std::vector<char> storage;
+    MidiEventList midi;
     for (int start = 0; start < frames; start += blockSize) {
         int n = frames - start < blockSize ? frames - start : blockSize;
         midi.clear();
-        while (next < events.size() && events[next].position < start + n) {
-            vst2::VstMidiEvent m;
-            std::memset(&m, 0, sizeof m);
-            m.type = vst2::kVstMidiType;
-            m.byteSize = sizeof m;
-            m.deltaFrames = static_cast<int>(events[next].position - start);
-            for (int k = 0; k < 3; ++k) m.midiData[k] = static_cast<char>(events[next].bytes[k]);
-            midi.push_back(m);
-            ++next;
-        }
-        pointers.clear();
-        for (auto& m : midi) pointers.push_back(reinterpret_cast<vst2::VstEvent*>(&m));
-        storage.assign(sizeof(vst2::VstEvents) + pointers.size() * sizeof(vst2::VstEvent*), 0);
-        auto* list = reinterpret_cast<vst2::VstEvents*>(storage.data());
-        list->numEvents = static_cast<int>(pointers.size());
-        for (std::size_t i = 0; i < pointers.size(); ++i) list->events[i] = pointers[i];
-        e->dispatcher(e, vst2::effProcessEvents, 0, 0, list, 0.0f);
+        for (; next < events.size() && events[next].position < start + n; ++next)
+            midi.add(static_cast<int>(events[next].position - start), events[next].bytes);
+        e->dispatcher(e, vst2::effProcessEvents, 0, 0, midi.list(), 0.0f);
         float* outs[2] = {left.data() + start, right.data() + start};
         e->processReplacing(e, nullptr, outs, n);
     }

@@ -10,6 +10,7 @@
 #include "support/AllocationCounter.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeHost.h"
+#include "support/HostSession.h"
 
 namespace tolvane::testing {
 
@@ -57,20 +58,9 @@ public:
 
     // Renders frames samples with processReplacing, after delivering the given MIDI events at offset 0.
     void render(int frames, const std::vector<std::array<unsigned char, 3>>& midi = {}) {
-        std::vector<vst2::VstMidiEvent> events(midi.size());
-        std::vector<vst2::VstEvent*> pointers;
-        for (std::size_t i = 0; i < midi.size(); ++i) {
-            vst2::VstMidiEvent& e = events[i];
-            std::memset(&e, 0, sizeof e);
-            e.type = vst2::kVstMidiType;
-            e.byteSize = sizeof e;
-            for (int k = 0; k < 3; ++k) e.midiData[k] = static_cast<char>(midi[i][k]);
-            pointers.push_back(reinterpret_cast<vst2::VstEvent*>(&e));
-        }
-        std::vector<char> storage(sizeof(vst2::VstEvents) + pointers.size() * sizeof(vst2::VstEvent*));
-        auto* list = reinterpret_cast<vst2::VstEvents*>(storage.data());
-        list->numEvents = static_cast<int>(pointers.size());
-        for (std::size_t i = 0; i < pointers.size(); ++i) list->events[i] = pointers[i];
+        MidiEventList events;
+        for (const auto& m : midi) events.add(0, m);
+        vst2::VstEvents* list = events.list();
         left.assign(static_cast<std::size_t>(frames), 0.0f);
         right.assign(static_cast<std::size_t>(frames), 0.0f);
         float* outs[2] = {left.data(), right.data()};

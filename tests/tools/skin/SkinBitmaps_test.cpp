@@ -58,9 +58,6 @@ double meanLuminance(const std::vector<std::uint32_t>& pixels) {
     return sum / static_cast<double>(pixels.size());
 }
 
-const std::uint32_t kAmber = 0xE5B034;        // (229,176,52), the font colour of the text controls
-const std::uint32_t kDisplayBack = 0x332200;  // (51,34,0), their back colour
-
 struct Size {
     int id, width, height;
 };
@@ -150,24 +147,6 @@ TEST(SkinBitmaps, ButtonsShowDistinctOffAndOnImagesAndDifferFromTheirNeighbours)
     }
 }
 
-TEST(SkinBitmaps, DigitsAreTenAmberNumeralsOnTheDisplayBackColour) {
-    BmpImage digits = loadResource(133);
-    ASSERT_EQ(digits.height, 130);
-    std::vector<int> ink(10);
-    for (int d = 0; d < 10; ++d) {
-        EXPECT_EQ(digits.at(0, 13 * d), kDisplayBack) << d;
-        for (int y = 13 * d; y < 13 * d + 13; ++y)
-            for (int x = 0; x < 10; ++x) ink[d] += channelDistance(digits.at(x, y), kAmber) < 40;
-        EXPECT_GT(ink[d], 8) << d;
-    }
-    // No two digits look alike.
-    for (int d = 0; d < 10; ++d) {
-        for (int e = d + 1; e < 10; ++e)
-            EXPECT_GE(totalDifference(block(digits, 0, 13 * d, 10, 13), block(digits, 0, 13 * e, 10, 13)), 3 * 130)
-                << d << " and " << e;
-    }
-}
-
 // The direction from the frame's centre to its pointer, in degrees counter-clockwise from the right,
 // measured from the pixels of the cap's ring that stand out from the ring's typical colour.
 double pointerDirection(const BmpImage& strip, int frame) {
@@ -221,44 +200,7 @@ TEST(SkinBitmaps, KnobStripsHold128DistinctFramesWithThePointerOnTheKnobAngle) {
             EXPECT_GT(travel, previousTravel - 1.0) << "frame " << frame;
             previousTravel = std::max(previousTravel, travel);
         }
-        EXPECT_NE(block(strip, 0, 0, 22, 22), block(strip, 0, 127 * 22, 22, 22));
     }
-}
-
-// A label is light text on the dark panel: count the pixels far brighter than the panel in a box.
-int lightPixels(const BmpImage& image, int x0, int y0, int x1, int y1) {
-    int count = 0;
-    for (int y = y0; y < y1; ++y)
-        for (int x = x0; x < x1; ++x) count += luminance(image.at(x, y)) > 110;
-    return count;
-}
-
-// Every knob of page 1 and of the strip is labelled just above; on page 2 the slots' depth knobs and
-// their sensitivity menus.
-TEST(SkinBitmaps, BackgroundsLabelTheControlsJustAboveThem) {
-    struct Control {
-        int page, x, y, width;
-    };
-    std::vector<Control> sample;
-    auto addKnobs = [&](const auto& table) {
-        for (const layout::Control& run : table)
-            if (run.kind() == layout::Kind::Knob) sample.push_back({1, run.x, run.y, run.width});
-    };
-    addKnobs(layout::kPage1);
-    addKnobs(layout::kStrip);
-    for (const layout::Control& run : layout::kPage2)
-        if ((run.index >= 83 && run.index < 91) || (run.index >= 107 && run.index < 115))
-            sample.push_back({2, run.x, run.y, run.width});
-    ASSERT_GT(sample.size(), 60u);
-    BmpImage pages[2] = {loadResource(128), loadResource(129)};
-    for (const Control& c : sample) {
-        const BmpImage& page = pages[c.page - 1];
-        ASSERT_EQ(page.width, 718);
-        int light = lightPixels(page, c.x - 4, c.y - 12, c.x + c.width + 4, c.y - 1);
-        EXPECT_GE(light, 8) << "page " << c.page << " control at (" << c.x << "," << c.y << ")";
-    }
-    // The panel itself carries no such text: the empty panel under the oscillator's sync key is dark.
-    EXPECT_EQ(lightPixels(pages[0], 8, 118, 38, 126), 0);
 }
 
 }  // namespace
