@@ -161,19 +161,28 @@ void Lv2Plugin::readPosition(const LV2_Atom_Object* object) {
 }
 
 // Hands the collected MIDI events to the plug-in and renders frames [begin, end). An empty stretch keeps
-// its events for the next one (their offsets are counted from the same frame).
+// its events for the next one (their offsets are counted from the same frame). So does a stretch too short
+// to start a new 64-sample block (it only delivers samples already made): its events belong to the next
+// block, which starts in a later stretch, and are kept for it at offset 0 rather than handed over now,
+// since the plug-in forgets events it has not used when it is given the next list.
 void Lv2Plugin::renderStretch(std::uint32_t begin, std::uint32_t end) {
     if (end <= begin) return;
-    if (eventList_.numEvents > 0) plugin_->processEvents(reinterpret_cast<const vst2::VstEvents*>(&eventList_));
-    eventList_.numEvents = 0;
+    const std::uint32_t frames = end - begin;
+    if (eventList_.numEvents > 0) {
+        if (frames <= plugin_->pendingSamples()) {
+            for (int i = 0; i < eventList_.numEvents; ++i) midiEvents_[static_cast<std::size_t>(i)].deltaFrames = 0;
+        } else {
+            plugin_->processEvents(reinterpret_cast<const vst2::VstEvents*>(&eventList_));
+            eventList_.numEvents = 0;
+        }
+    }
     float* outputs[2] = {outputs_[0] + begin, outputs_[1] + begin};
-    plugin_->processReplacing(nullptr, outputs, static_cast<int>(end - begin));
+    plugin_->processReplacing(nullptr, outputs, static_cast<int>(frames));
 }
 
 void Lv2Plugin::run(std::uint32_t frames) {
     readControlPorts();
     if (!outputs_[0] || !outputs_[1]) return;
-    eventList_.numEvents = 0;
     std::uint32_t begin = 0;
     if (events_) {
         LV2_ATOM_SEQUENCE_FOREACH(events_, event) {
@@ -206,7 +215,8 @@ void Lv2Plugin::run(std::uint32_t frames) {
         }
     }
     renderStretch(begin, frames);
-    eventList_.numEvents = 0;
+    // Events still held (at the very end of the run, or kept for the next block) play at its start.
+    for (int i = 0; i < eventList_.numEvents; ++i) midiEvents_[static_cast<std::size_t>(i)].deltaFrames = 0;
 }
 
 LV2_State_Status Lv2Plugin::save(LV2_State_Store_Function /*store*/, LV2_State_Handle /*handle*/) {
@@ -225,7 +235,6 @@ LV2_State_Status Lv2Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_St
         if (number < 0 || number >= kNumPrograms) return LV2_STATE_ERR_UNKNOWN;
         plugin_->setProgram(number);
     }
-    adoptPorts_ = true;
     return LV2_STATE_SUCCESS;
 }
 

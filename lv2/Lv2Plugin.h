@@ -94,7 +94,8 @@ private:
     float* outputs_[2] = {nullptr, nullptr};
 
     // Audio thread: the port values last seen, and whether the next run takes the ports as they are
-    // (after a state restore, which has set the plug-in itself).
+    // (after a session's state was restored: the state has set the plug-in, and port values the host
+    // restores with it may be older than the state).
     std::array<float, kNumParameters> lastPortValue_{};
     bool adoptPorts_ = false;
     std::array<std::atomic<bool>, kNumParameters> editorWrote_{};

@@ -169,14 +169,13 @@ bool Lv2Host::load(const std::string& bundlePath, double sampleRate, int blockSi
         } else if (lilv_port_is_a(w.plugin, port, audioClass) && lilv_port_is_a(w.plugin, port, outputClass) &&
                    audioOutputs < 2) {
             w.outputPorts[audioOutputs++] = i;
-        } else if (!lilv_port_is_connection_optional(w.plugin, port)) {
-            unsupported = lilv_port_is_a(w.plugin, port, audioClass) || lilv_port_is_a(w.plugin, port, atomClass) ||
-                          unsupported;
+        } else if (lilv_port_is_a(w.plugin, port, audioClass) && input) {
+            unsupported = true;  // an effect: this host has no audio to give it
         }
     }
     for (LilvNode* node : {inputClass, outputClass, controlClass, audioClass, atomClass}) lilv_node_free(node);
     if (audioOutputs < 2 || w.eventsPort == UINT32_MAX || unsupported) {
-        error = "the plug-in is not an instrument with an event input and two audio outputs";
+        error = "the plug-in is not an instrument (an event input, two audio outputs, no audio inputs)";
         world_.reset();
         return false;
     }

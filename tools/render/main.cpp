@@ -11,6 +11,7 @@
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
 #include "tools/render/DemoPhrase.h"
+#include "tools/render/Lv2Render.h"
 #if defined(TOLVANE_SCREENSHOT)
 #include "tools/render/EditorScreenshot.h"
 #endif
@@ -147,6 +148,7 @@ int run(int argc, char** argv) {
                         " s; give --length to render that much");
     }
     const auto totalFrames = static_cast<std::uint64_t>(std::llround(seconds * options.sampleRate));
+    if (!options.lv2BundlePath.empty()) return renderLv2(options, messages, totalFrames);
 
     // The plug-in.
     const std::string pluginPath =
