@@ -1,8 +1,9 @@
-// The current program's name in an editable field. A name typed into it (cut to 31 characters) renames
-// the program in the plug-in.
+// The current program's name in an editable field. A name typed into it (cut to kMaxProgramNameLength
+// characters, the length a program keeps everywhere) renames the program in the plug-in.
 #pragma once
 
 #include "editor/ParamWidget.h"
+#include "params/ProgramRecord.h"
 
 namespace tolvane {
 
@@ -10,7 +11,7 @@ class TextField;
 
 class ProgramNameWidget : public ParamWidget {
 public:
-    static constexpr int kMaxNameLength = 31;
+    static constexpr int kMaxNameLength = kMaxProgramNameLength;
 
     explicit ProgramNameWidget(SynthEditor& editor);
 

@@ -121,8 +121,9 @@ vst2::intptr PluginBase::dispatch(int opcode, int index, vst2::intptr value, voi
         case effEditClose: if (editor_) editor_->close(); return 0;
         case effEditIdle: if (editor_) editor_->idle(); return 0;
         case effIdentify: return fourCC('N', 'v', 'E', 'f');
-        case effGetChunk: return 0;
-        case effSetChunk: return 0;
+        // Index 0 is the bank (the whole state), 1 the current program.
+        case effGetChunk: return getChunk(static_cast<void**>(ptr), index != 0);
+        case effSetChunk: return setChunk(ptr, value, index != 0);
         case effProcessEvents: processEvents(static_cast<const VstEvents*>(ptr)); return 1;
         case effCanBeAutomated: return 1;
         case effString2Parameter: return 0;

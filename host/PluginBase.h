@@ -57,6 +57,15 @@ public:
     virtual bool getProductString(char* /*text*/) { return false; }
     virtual int getVendorVersion() { return 0; }
     virtual int canDo(const char* /*text*/) { return 0; }
+    // State chunks (offered when effFlagsProgramChunks is set). getChunk points data at the bytes and
+    // answers their size (0: none); the bytes stay valid until the next call. setChunk answers 1 when
+    // the state was taken, 0 when nothing changed.
+    virtual vst2::intptr getChunk(void** data, bool isProgram) {
+        if (data) *data = nullptr;
+        (void)isProgram;
+        return 0;
+    }
+    virtual vst2::intptr setChunk(const void* /*data*/, vst2::intptr /*size*/, bool /*isProgram*/) { return 0; }
 
     // Construction helpers.
     void setUniqueId(vst2::int32 id) { effect_.uniqueID = id; }

@@ -47,6 +47,15 @@ void ProgramStore::replaceBank(int bank, const ProgramRecord (&records)[kProgram
     publish(bank, fresh);
 }
 
+void ProgramStore::replaceAll(const ProgramRecord (&records)[kNumPrograms]) {
+    std::lock_guard<std::mutex> lock(writers_);
+    for (int b = 0; b < kNumPrograms / kProgramsPerBank; ++b) {
+        Bank* fresh = new Bank;
+        for (int i = 0; i < kProgramsPerBank; ++i) fresh->records[i] = records[b * kProgramsPerBank + i];
+        publish(b, fresh);
+    }
+}
+
 void ProgramStore::rename(int program, const char* name) {
     if (program < 0 || program >= kNumPrograms) return;
     std::lock_guard<std::mutex> lock(writers_);

@@ -34,6 +34,8 @@ public:
     void readName(int program, char (&out)[32]) const;
     // Replaces bank b (0..3). Host threads only.
     void replaceBank(int bank, const ProgramRecord (&records)[kProgramsPerBank]);
+    // Replaces all 512 records, bank by bank. Host threads only.
+    void replaceAll(const ProgramRecord (&records)[kNumPrograms]);
     // Renames record p. Host threads only.
     void rename(int program, const char* name);
 

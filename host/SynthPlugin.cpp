@@ -8,6 +8,7 @@
 #include "engine/voice/SynthEngine.h"
 #include "params/FactoryBank.h"
 #include "params/FastMath.h"
+#include "params/SessionState.h"
 #include "params/TempoDivisions.h"
 #include "params/TextHelpers.h"
 
@@ -18,7 +19,6 @@ constexpr const char* kEffectName = "Tolvane2";
 constexpr const char* kVendor = "Brindlecot";
 constexpr const char* kProduct = "Tolvane2";
 constexpr const char* kVersionLine = "Version 2.0";
-constexpr int kMaxHostNameLength = 24;   // program names handed to the host
 constexpr int kMaxParamTextLength = 8;   // parameter names, labels and displays handed to the host
 
 void copyText(char* dst, const char* src, int maxChars) {
@@ -99,6 +99,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
     setFlag(vst2::effFlagsCanMono, true);
     setFlag(vst2::effFlagsCanReplacing, true);
     setFlag(vst2::effFlagsIsSynth, true);
+    setFlag(vst2::effFlagsProgramChunks, true);
     setInitialDelay(0);
 
     readHostTempo(false);
@@ -135,7 +136,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
         maps[i] = 0.5f / 100.0f;
         maps[kNumControllerMaps + i] = ControllerRouter::parameterValue(99);
     }
-    for (int i = 0; i < kNumMapValues; ++i) mapValues_[static_cast<std::size_t>(i)].store(maps[i], std::memory_order_relaxed);
+    for (int i = 0; i < kNumMapValues; ++i) storeValue(kFirstMapParameter + i, maps[i]);
 
     curProgram_.store(0, std::memory_order_relaxed);
     ProgramRecord record;
@@ -171,6 +172,7 @@ SynthPlugin::~SynthPlugin() {
 void SynthPlugin::setParameter(int index, float value) {
     if (index < 0 || index >= kNumParameters) return;
     value = sanitise(value);
+    storeValue(index, value);
     inbox_.set(index, value);
     noteDisplayValue(index, value);
     synthEditor_->setParameter(index, value);
@@ -194,16 +196,17 @@ void SynthPlugin::setParameterFromMidi(int index, float value) {
     value = sanitise(value);
     inbox_.discard(index, index + 1);
     applyParameter(index, value);
+    storeValue(index, value);
     noteDisplayValue(index, value);
     synthEditor_->setParameter(index, value);
     showParameterStatus(index, value, TextWriter::Audio);
 }
 
+// The value last set, by the host, the editor, a controller map, a program or a file: what the engine
+// now works with.
 float SynthPlugin::getParameter(int index) {
-    if (index >= 0 && index < kNumProgramValues) return currentValues_[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
-    if (index >= kFirstMapParameter && index < kNumParameters)
-        return mapValues_[static_cast<std::size_t>(index - kFirstMapParameter)].load(std::memory_order_relaxed);
-    return 0.0f;
+    if (index < 0 || index >= kNumParameters) return 0.0f;
+    return values_[static_cast<std::size_t>(index)].load(std::memory_order_relaxed);
 }
 
 const ValueFormatter* SynthPlugin::formatterOf(int index) const {
@@ -390,13 +393,12 @@ void SynthPlugin::applyControllerMaps(const float (&values)[kNumMapValues]) {
 // ---------------------------------------------------------------------------------------------
 // Programs
 
-void SynthPlugin::storeCurrentRecord(const ProgramRecord& record) {
-    for (int i = 0; i < kNumProgramValues; ++i)
-        currentValues_[static_cast<std::size_t>(i)].store(record.values[i], std::memory_order_relaxed);
+void SynthPlugin::storeCurrentRecord(const ProgramRecord& record, TextWriter writer) {
+    for (int i = 0; i < kNumProgramValues; ++i) storeValue(i, sanitise(record.values[i]));
     char name[32];
     std::memcpy(name, record.name, sizeof name);
-    name[31] = 0;
-    currentName_.store(name);
+    name[kMaxProgramNameLength] = 0;
+    currentName_.store(name, writer);
 }
 
 void SynthPlugin::showProgramStatus(int program, TextWriter writer) {
@@ -437,11 +439,8 @@ void SynthPlugin::selectProgramFromMidi(int program) {
     applyProgramValues(record);
     tick_ = 0;
     engine_->reset(0);
-    for (int i = 0; i < kNumProgramValues; ++i) {
-        currentValues_[static_cast<std::size_t>(i)].store(record.values[i], std::memory_order_relaxed);
-        noteDisplayValue(i, record.values[i]);
-    }
-    currentName_.store(record.name, TextWriter::Audio);
+    storeCurrentRecord(record, TextWriter::Audio);
+    for (int i = 0; i < kNumProgramValues; ++i) noteDisplayValue(i, record.values[i]);
     synthEditor_->showProgram(record, TextWriter::Audio);
     showProgramStatus(program, TextWriter::Audio);
 }
@@ -449,14 +448,14 @@ void SynthPlugin::selectProgramFromMidi(int program) {
 void SynthPlugin::getProgramName(char* name) {
     char buffer[32];
     currentName_.load(buffer);
-    copyText(name, buffer, kMaxHostNameLength);
+    copyText(name, buffer, kMaxProgramNameLength);
 }
 
 void SynthPlugin::setProgramName(const char* name) {
     // The name field of the editor renames the current program in the plug-in's copy of the bank and in
     // the edit buffer, so that saving a program or a bank keeps the name.
     char cut[32] = {};
-    if (name) std::strncpy(cut, name, 31);
+    if (name) std::strncpy(cut, name, kMaxProgramNameLength);
     int program = curProgram_.load(std::memory_order_relaxed);
     programs_.rename(program, cut);
     currentName_.store(cut);
@@ -467,7 +466,7 @@ bool SynthPlugin::getProgramNameIndexed(int /*category*/, int index, char* text)
     if (index < 0 || index >= kNumPrograms) return false;
     char name[32];
     programs_.readName(index, name);
-    copyText(text, name, kMaxHostNameLength);
+    copyText(text, name, kMaxProgramNameLength);
     return true;
 }
 
@@ -494,6 +493,7 @@ void SynthPlugin::runEditorCommand(int command) {
 // Files (host threads)
 
 void SynthPlugin::applyProgramFromFile(const ProgramRecord& record) {
+    storeCurrentRecord(record);
     {
         ParameterInbox::Batch batch(inbox_);
         for (int i = 0; i < kNumProgramValues; ++i) batch.set(i, sanitise(record.values[i]));
@@ -506,7 +506,7 @@ void SynthPlugin::applyControllerMapsFromFile(const float (&values)[kNumMapValue
     {
         ParameterInbox::Batch batch(inbox_);
         for (int i = 0; i < kNumMapValues; ++i) {
-            mapValues_[static_cast<std::size_t>(i)].store(values[i], std::memory_order_relaxed);
+            storeValue(kFirstMapParameter + i, sanitise(values[i]));
             batch.set(kFirstMapParameter + i, sanitise(values[i]));
         }
     }
@@ -518,15 +518,94 @@ void SynthPlugin::replaceBank(int bank, const BankPrograms& programs) {
     setProgram(curProgram_.load(std::memory_order_relaxed));
 }
 
-void SynthPlugin::editBuffer(ProgramRecord& out) const { synthEditor_->editBuffer(out); }
+void SynthPlugin::editBuffer(ProgramRecord& out) const {
+    char name[32];
+    currentName_.load(name);
+    out.setName(name);
+    for (int i = 0; i < kNumProgramValues; ++i) out.values[i] = values_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed);
+}
 
-void SynthPlugin::editMapValues(float (&out)[kNumMapValues]) const { synthEditor_->mapValues(out); }
+void SynthPlugin::editMapValues(float (&out)[kNumMapValues]) const {
+    for (int i = 0; i < kNumMapValues; ++i)
+        out[i] = values_[static_cast<std::size_t>(kFirstMapParameter + i)].load(std::memory_order_relaxed);
+}
 
 void SynthPlugin::bankPrograms(int bank, BankPrograms& out) const {
     for (int i = 0; i < kProgramsPerBank; ++i) programs_.read(bank * kProgramsPerBank + i, out.programs[i]);
 }
 
 void SynthPlugin::showStatus(const char* line1, const char* line2) { synthEditor_->showStatus(line1, line2); }
+
+// ---------------------------------------------------------------------------------------------
+// Session state (host threads)
+
+std::vector<unsigned char> SynthPlugin::saveState(StateScope scope) {
+    if (scope == StateScope::Program) {
+        ProgramRecord record;
+        editBuffer(record);
+        return writeProgramFile(record);
+    }
+    auto state = std::make_unique<SessionState>();
+    state->currentProgram = curProgram_.load(std::memory_order_relaxed);
+    editBuffer(state->editBuffer);
+    editMapValues(state->mapValues);
+    for (int i = 0; i < kNumPrograms; ++i) programs_.read(i, state->programs[i]);
+    return writeSessionState(*state);
+}
+
+bool SynthPlugin::loadState(StateScope scope, const void* data, std::size_t size) {
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    FileResult result = FileResult::CannotLoad;
+    if (scope == StateScope::Program) {
+        ProgramRecord record;
+        if (bytes) result = readProgramFile(bytes, size, record);
+        if (result == FileResult::Ok) applyProgramFromFile(record);
+    } else {
+        auto state = std::make_unique<SessionState>();
+        if (bytes) result = readSessionState(bytes, size, *state);
+        if (result == FileResult::Ok) applySessionState(*state);
+    }
+    if (result != FileResult::Ok) synthEditor_->showStatus(fileResultFirstLine(result), fileResultSecondLine(result));
+    return result == FileResult::Ok;
+}
+
+// Everything at once: the bank, the program number, the edit buffer and the maps reach the audio
+// thread in one batch. The same program keeps its voices sounding (the values move as if turned);
+// another program resets the engine as a program change does.
+void SynthPlugin::applySessionState(const SessionState& state) {
+    programs_.replaceAll(state.programs);
+    const int before = curProgram_.exchange(state.currentProgram, std::memory_order_relaxed);
+    float values[kNumParameters];
+    std::memcpy(values, state.editBuffer.values, sizeof state.editBuffer.values);
+    std::memcpy(values + kFirstMapParameter, state.mapValues, sizeof state.mapValues);
+    {
+        // Only what differs runs its setter: the values the engine already has stay untouched.
+        ParameterInbox::Batch batch(inbox_);
+        for (int i = 0; i < kNumParameters; ++i) {
+            if (values[i] == getParameter(i)) continue;
+            storeValue(i, values[i]);
+            batch.set(i, values[i]);
+        }
+        if (state.currentProgram != before) batch.requestReset();
+    }
+    char name[32];
+    std::memcpy(name, state.editBuffer.name, sizeof name);
+    currentName_.store(name);
+    for (int i = 0; i < kNumProgramValues; ++i) noteDisplayValue(i, state.editBuffer.values[i]);
+    synthEditor_->showProgramAndMaps(state.editBuffer, state.mapValues);
+}
+
+vst2::intptr SynthPlugin::getChunk(void** data, bool isProgram) {
+    if (!data) return 0;
+    chunk_ = saveState(isProgram ? StateScope::Program : StateScope::Bank);
+    *data = chunk_.data();
+    return static_cast<vst2::intptr>(chunk_.size());
+}
+
+vst2::intptr SynthPlugin::setChunk(const void* data, vst2::intptr size, bool isProgram) {
+    if (size < 0) size = 0;
+    return loadState(isProgram ? StateScope::Program : StateScope::Bank, data, static_cast<std::size_t>(size)) ? 1 : 0;
+}
 
 // ---------------------------------------------------------------------------------------------
 // Host notifications

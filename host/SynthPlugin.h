@@ -13,12 +13,14 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
 #include "gui/EditorHost.h"
 #include "host/ParameterInbox.h"
 #include "host/PluginBase.h"
+#include "host/PluginState.h"
 #include "host/ProgramStore.h"
 #include "params/ControllerRouter.h"
 #include "params/FileCommands.h"
@@ -30,6 +32,7 @@
 namespace tolvane {
 
 class SynthEngine;
+struct SessionState;
 
 class SynthPlugin : public PluginBase,
                     public SynthController,
@@ -65,6 +68,16 @@ public:
     bool getProductString(char* text) override;
     int getVendorVersion() override { return 0x20000; }
     int canDo(const char* text) override;
+    vst2::intptr getChunk(void** data, bool isProgram) override;
+    vst2::intptr setChunk(const void* data, vst2::intptr size, bool isProgram) override;
+
+    // The state a host keeps with its session, independent of the host interface. Host threads only,
+    // never the audio thread. saveState answers the bytes; loadState checks them all before it changes
+    // anything and answers false, with the reason on the status lines, when it changed nothing. A loaded
+    // state sounds as the saved one did: the next block renders with its values, and the engine is reset
+    // only when the state selects a different program than the current one.
+    std::vector<unsigned char> saveState(StateScope scope);
+    bool loadState(StateScope scope, const void* data, std::size_t size);
 
     // What the editor calls.
     void setParameterAutomated(int index, float value) override;
@@ -148,8 +161,12 @@ private:
     void noteDisplayValue(int index, float value);
     void showParameterStatus(int index, float value, TextWriter writer);
     void showProgramStatus(int program, TextWriter writer);
-    void storeCurrentRecord(const ProgramRecord& record);
+    void storeCurrentRecord(const ProgramRecord& record, TextWriter writer = TextWriter::Other);
+    void storeValue(int index, float value) {
+        values_[static_cast<std::size_t>(index)].store(value, std::memory_order_relaxed);
+    }
     void runEditorCommand(int command);
+    void applySessionState(const SessionState& state);
 
     ParameterTable table_;
     std::unique_ptr<ControllerRouter> router_;
@@ -164,9 +181,11 @@ private:
     std::array<const ValueFormatter*, kNumParameters> formatterOf_{};
 
     ProgramStore programs_;
-    std::array<std::atomic<float>, kNumProgramValues> currentValues_;
+    // The value last set for each parameter, from whichever source, and the edit buffer's name: what
+    // getParameter, the program name, "Save Program..." and the session state answer.
+    std::array<std::atomic<float>, kNumParameters> values_;
     AtomicText<32> currentName_;
-    std::array<std::atomic<float>, kNumMapValues> mapValues_;
+    std::vector<unsigned char> chunk_;  // the bytes last handed to the host by getChunk
 
     ParameterInbox inbox_;
     std::atomic<bool> suspendPending_{false};

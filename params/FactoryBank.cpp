@@ -49,7 +49,7 @@ struct Bank {
 };
 
 constexpr void setName(ProgramRecord& record, const char* name) {
-    for (int i = 0; i < 31 && name[i] != '\0'; ++i) record.name[i] = name[i];
+    for (int i = 0; i < kMaxProgramNameLength && name[i] != '\0'; ++i) record.name[i] = name[i];
 }
 
 constexpr void setValues(ProgramRecord& record, const float (&values)[kNumProgramValues]) {

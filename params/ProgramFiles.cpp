@@ -14,30 +14,10 @@ constexpr char kControllerMapMagic[16] = "Tolvane ctl.map";
 constexpr std::uint32_t kWrittenVersionWord = 0x00020000;
 constexpr std::size_t kNameSize = sizeof(ProgramRecord::name);
 
-std::uint32_t readU32(const std::uint8_t* p) {
-    return (std::uint32_t{p[0]} << 24) | (std::uint32_t{p[1]} << 16) | (std::uint32_t{p[2]} << 8) |
-           std::uint32_t{p[3]};
-}
-
-float readFloat(const std::uint8_t* p) {
-    std::uint32_t bits = readU32(p);
-    float f;
-    std::memcpy(&f, &bits, sizeof f);
-    return f;
-}
-
-void appendU32(FileBytes& out, std::uint32_t v) {
-    out.push_back(static_cast<std::uint8_t>(v >> 24));
-    out.push_back(static_cast<std::uint8_t>(v >> 16));
-    out.push_back(static_cast<std::uint8_t>(v >> 8));
-    out.push_back(static_cast<std::uint8_t>(v));
-}
-
-void appendFloat(FileBytes& out, float f) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &f, sizeof bits);
-    appendU32(out, bits);
-}
+std::uint32_t readU32(const std::uint8_t* p) { return readBigEndianU32(p); }
+float readFloat(const std::uint8_t* p) { return readBigEndianFloat(p); }
+void appendU32(FileBytes& out, std::uint32_t v) { appendBigEndianU32(out, v); }
+void appendFloat(FileBytes& out, float f) { appendBigEndianFloat(out, f); }
 
 // NaN fails both comparisons and is refused with everything else outside the range.
 bool inUnitRange(float v) { return v >= 0.0f && v <= 1.0f; }
@@ -111,6 +91,40 @@ void appendRecord(FileBytes& out, const ProgramRecord& record) {
 }
 
 }  // namespace
+
+std::uint32_t readBigEndianU32(const std::uint8_t* p) {
+    return (std::uint32_t{p[0]} << 24) | (std::uint32_t{p[1]} << 16) | (std::uint32_t{p[2]} << 8) |
+           std::uint32_t{p[3]};
+}
+
+float readBigEndianFloat(const std::uint8_t* p) {
+    std::uint32_t bits = readBigEndianU32(p);
+    float f;
+    std::memcpy(&f, &bits, sizeof f);
+    return f;
+}
+
+void appendBigEndianU32(FileBytes& out, std::uint32_t v) {
+    out.push_back(static_cast<std::uint8_t>(v >> 24));
+    out.push_back(static_cast<std::uint8_t>(v >> 16));
+    out.push_back(static_cast<std::uint8_t>(v >> 8));
+    out.push_back(static_cast<std::uint8_t>(v));
+}
+
+void appendBigEndianFloat(FileBytes& out, float f) {
+    std::uint32_t bits;
+    std::memcpy(&bits, &f, sizeof bits);
+    appendBigEndianU32(out, bits);
+}
+
+bool readProgramRecord(const std::uint8_t* p, ProgramRecord& out) {
+    ProgramRecord record;
+    if (!readRecord(p, 2, record)) return false;
+    out = record;
+    return true;
+}
+
+void appendProgramRecord(FileBytes& out, const ProgramRecord& record) { appendRecord(out, record); }
 
 FileResult readProgramFile(const std::uint8_t* data, std::size_t size, ProgramRecord& out) {
     int version = 0;

@@ -32,7 +32,7 @@ constexpr std::size_t kVersion1RecordSize = 320;
 constexpr std::size_t kControllerMapBodySize = 4 * kNumMapValues;  // 128
 constexpr int kNumVersion1Values = 70;
 // A name must end within this many characters to load (the zero byte may be the 25th byte).
-constexpr int kMaxLoadableNameLength = 24;
+constexpr int kMaxLoadableNameLength = kMaxProgramNameLength;
 
 // The 128 programs of one bank, as a loaded or saved bank file holds them.
 struct BankPrograms {
@@ -48,5 +48,15 @@ FileResult readBankFile(const std::uint8_t* data, std::size_t size, BankPrograms
 FileBytes writeProgramFile(const ProgramRecord& record);
 FileBytes writeControllerMapFile(const float (&values)[kNumMapValues]);
 FileBytes writeBankFile(const BankPrograms& bank);
+
+// Building blocks of the formats, shared with the session state (params/SessionState.h).
+std::uint32_t readBigEndianU32(const std::uint8_t* p);
+float readBigEndianFloat(const std::uint8_t* p);
+void appendBigEndianU32(FileBytes& out, std::uint32_t v);
+void appendBigEndianFloat(FileBytes& out, float f);
+// A version-2 record of kRecordSize bytes at p, checked as the readers check it; out is untouched on failure.
+bool readProgramRecord(const std::uint8_t* p, ProgramRecord& out);
+// A version-2 record as the writers write it (name cut, values limited).
+void appendProgramRecord(FileBytes& out, const ProgramRecord& record);
 
 }  // namespace tolvane

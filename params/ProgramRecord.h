@@ -9,13 +9,19 @@
 
 namespace tolvane {
 
+// The longest program name, in characters, everywhere a name lives: the editor's name field, the host's
+// program names, the records in the plug-in's bank, program and bank files, and the session state.
+// The 32-byte name field always keeps a zero after it.
+constexpr int kMaxProgramNameLength = 24;
+
 struct ProgramRecord {
-    char name[32];                       // zero-terminated, zero padded
+    char name[32];                       // zero-terminated within kMaxProgramNameLength + 1 bytes, zero padded
     float values[kNumProgramValues];     // 0.0 .. 1.0
 
+    // Stores text cut to kMaxProgramNameLength characters.
     void setName(const char* text) {
         std::memset(name, 0, sizeof(name));
-        for (std::size_t i = 0; text && i < sizeof(name) - 1 && text[i]; ++i) name[i] = text[i];
+        for (int i = 0; text && i < kMaxProgramNameLength && text[i]; ++i) name[i] = text[i];
     }
 };
 

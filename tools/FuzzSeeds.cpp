@@ -1,14 +1,17 @@
-// tolvane2-fuzz-seeds <folder>: writes the seed files of the three file-reader fuzz targets into
-// <folder>/fuzz_program_reader, <folder>/fuzz_bank_reader and <folder>/fuzz_controller_map_reader.
-// Every seed is a valid file; the committed seeds under fuzz/corpus were made with it.
+// tolvane2-fuzz-seeds <folder>: writes the seed files of the four reader fuzz targets into
+// <folder>/fuzz_program_reader, <folder>/fuzz_bank_reader, <folder>/fuzz_controller_map_reader and
+// <folder>/fuzz_session_state_reader. Every seed is valid; the committed seeds under fuzz/corpus were
+// made with it.
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string>
 
-#include "params/ProgramFiles.h"
+#include "params/FactoryBank.h"
 #include "params/Mappings.h"
+#include "params/ProgramFiles.h"
+#include "params/SessionState.h"
 
 namespace {
 
@@ -67,7 +70,8 @@ int main(int argc, char** argv) {
     const fs::path program = root / "fuzz_program_reader";
     const fs::path bank = root / "fuzz_bank_reader";
     const fs::path maps = root / "fuzz_controller_map_reader";
-    for (const fs::path& p : {program, bank, maps}) fs::create_directories(p);
+    const fs::path session = root / "fuzz_session_state_reader";
+    for (const fs::path& p : {program, bank, maps, session}) fs::create_directories(p);
 
     bool ok = true;
     ok &= save(program / "program-v2.prog", writeProgramFile(sampleProgram(1, "Lavender Pad")));
@@ -97,6 +101,18 @@ int main(int argc, char** argv) {
     }
     ok &= save(maps / "maps-start.cmap", writeControllerMapFile(start));
     ok &= save(maps / "maps-assigned.cmap", writeControllerMapFile(learned));
+
+    // Session states: an untouched bank (no program entries), and one with a few edited programs spread
+    // over the banks, the first and the last included.
+    auto state = std::make_unique<SessionState>();
+    for (int p = 0; p < kNumPrograms; ++p) state->programs[p] = factoryProgram(p);
+    state->editBuffer = sampleProgram(4, "Edit Buffer");
+    std::memcpy(state->mapValues, start, sizeof start);
+    ok &= save(session / "state-factory.state", writeSessionState(*state));
+    state->currentProgram = 300;
+    std::memcpy(state->mapValues, learned, sizeof learned);
+    for (int p : {0, 127, 128, 300, 511}) state->programs[p] = sampleProgram(p, ("Edited " + std::to_string(p)).c_str());
+    ok &= save(session / "state-edited.state", writeSessionState(*state));
 
     if (!ok) {
         std::fprintf(stderr, "cannot write the seeds under %s\n", argv[1]);

@@ -6,6 +6,7 @@
 
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
+#include "params/SessionState.h"
 
 namespace tolvane {
 namespace {
@@ -15,7 +16,8 @@ TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
     namespace fs = std::filesystem;
     const fs::path root = fs::path(TOLVANE_SOURCE_DIR) / "fuzz" / "corpus";
     int seeds = 0;
-    for (const char* target : {"fuzz_program_reader", "fuzz_bank_reader", "fuzz_controller_map_reader"}) {
+    for (const char* target :
+         {"fuzz_program_reader", "fuzz_bank_reader", "fuzz_controller_map_reader", "fuzz_session_state_reader"}) {
         int inTarget = 0;
         for (const auto& entry : fs::directory_iterator(root / target)) {
             FileBytes bytes;
@@ -25,6 +27,9 @@ TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
             if (name == "fuzz_program_reader") {
                 ProgramRecord r;
                 result = readProgramFile(bytes.data(), bytes.size(), r);
+            } else if (name == "fuzz_session_state_reader") {
+                auto state = std::make_unique<SessionState>();
+                result = readSessionState(bytes.data(), bytes.size(), *state);
             } else if (name == "fuzz_bank_reader") {
                 auto bank = std::make_unique<BankPrograms>();
                 result = readBankFile(bytes.data(), bytes.size(), *bank);
@@ -38,7 +43,7 @@ TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
         EXPECT_GE(inTarget, 2) << target;
         seeds += inTarget;
     }
-    EXPECT_EQ(seeds, 7);
+    EXPECT_EQ(seeds, 9);
 }
 
 }  // namespace

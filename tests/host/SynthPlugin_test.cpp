@@ -24,7 +24,7 @@ TEST(SynthPlugin, EffectRecordDescribesAStereoSynthWithEditor) {
     EXPECT_EQ(e->numParams, 176);
     EXPECT_EQ(e->numInputs, 0);
     EXPECT_EQ(e->numOutputs, 2);
-    EXPECT_EQ(e->flags, 0x119);
+    EXPECT_EQ(e->flags, 0x139) << "editor, mono, replacing, program chunks, synth";
     EXPECT_EQ(e->uniqueID, ('R' << 24) | ('w' << 16) | ('4' << 8) | 'k');
     EXPECT_EQ(e->version, 1);
     EXPECT_EQ(e->initialDelay, 0);
@@ -162,14 +162,18 @@ TEST(SynthPlugin, ProgramsAndTheirStatusLines) {
     EXPECT_EQ(f.text(vst2::effGetProgramName), "InitProg") << "the host cannot rename programs";
 }
 
-TEST(SynthPlugin, StoredValuesAnswerGetParameter) {
+TEST(SynthPlugin, GetParameterAnswersTheValueLastSet) {
     PluginFixture f;
     EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.485f);
-    f.effect->setParameter(f.effect, 33, 0.9f);
-    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.485f) << "edits do not change the stored program";
-    EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(33), 0.9f) << "but reach the editor's edit buffer";
     EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 150), 0.005f);
     EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 170), 0.995f);
+    f.effect->setParameter(f.effect, 33, 0.9f);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.9f);
+    f.effect->setParameter(f.effect, param::NumberOfVoices, 1.0f);
+    EXPECT_EQ(f.text(vst2::effGetParamDisplay, param::NumberOfVoices), "64") << "the display follows the value";
+    f.effect->setParameter(f.effect, 33, 2.0f);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 1.0f) << "a careless value is answered as limited";
+    f.effect->setParameter(f.effect, 33, 0.9f);
     std::string l1, l2;
     f.status(l1, l2);
     EXPECT_EQ(l1, "Filter Cutoff Frequency");
@@ -177,6 +181,8 @@ TEST(SynthPlugin, StoredValuesAnswerGetParameter) {
     f.effect->setParameter(f.effect, -1, 0.5f);  // ignored
     f.effect->setParameter(f.effect, 176, 0.5f);
     EXPECT_EQ(f.statusLine1(), "Filter Cutoff Frequency");
+    f.dispatch(vst2::effSetProgram, 0, 0);
+    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 33), 0.485f) << "edits never change the stored program";
 }
 
 TEST(SynthPlugin, ParametersReachTheEngineAtTheNextBlock) {
@@ -271,11 +277,11 @@ TEST(SynthPlugin, ControllerMapsAndLearn) {
     EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(2), pulseWidth);
     f.render(64, {{0xB0, 74, 127}});
     EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(2), 1.0f);
-    // Maps are not part of programs, and getParameter answers the loaded map values.
+    // Maps are not part of programs; getParameter answers what learning set.
     f.dispatch(vst2::effSetProgram, 0, 5);
     f.render(64);
     EXPECT_EQ(f.plugin->router().mapControl(1), 74);
-    EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, 145), 0.005f);
+    EXPECT_NEAR(f.effect->getParameter(f.effect, 145), 74.5f / 129.0f, 1e-6);
 }
 
 TEST(SynthPlugin, MapControlSkipsSustainAndAllNotesOff) {
