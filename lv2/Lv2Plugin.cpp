@@ -219,22 +219,38 @@ void Lv2Plugin::run(std::uint32_t frames) {
     for (int i = 0; i < eventList_.numEvents; ++i) midiEvents_[static_cast<std::size_t>(i)].deltaFrames = 0;
 }
 
-LV2_State_Status Lv2Plugin::save(LV2_State_Store_Function /*store*/, LV2_State_Handle /*handle*/) {
-    return LV2_STATE_SUCCESS;
+// A session keeps the same bytes as the VST bank chunk: the current program, the sound being edited, the
+// controller maps and the 512 programs, so that it also brings back what is not a port (names, banks).
+LV2_State_Status Lv2Plugin::save(LV2_State_Store_Function store, LV2_State_Handle handle) {
+    const std::vector<unsigned char> bytes = plugin_->saveState(StateScope::Bank);
+    return store(handle, uris_.state, bytes.data(), bytes.size(), uris_.atomChunk,
+                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
 }
 
-// A preset names the program it selects; selecting it is the same as the host's program change.
+// A session's state replaces everything; a preset names the program it selects, which is then selected
+// as the host's program change does. A state that does not read changes nothing.
 LV2_State_Status Lv2Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_State_Handle handle) {
     std::size_t size = 0;
     std::uint32_t type = 0;
     std::uint32_t flags = 0;
-    const void* program = retrieve(handle, uris_.program, &size, &type, &flags);
-    if (program && type == uris_.atomInt && size == sizeof(std::int32_t)) {
-        std::int32_t number;
-        std::memcpy(&number, program, sizeof number);
-        if (number < 0 || number >= kNumPrograms) return LV2_STATE_ERR_UNKNOWN;
-        plugin_->setProgram(number);
+    const void* state = retrieve(handle, uris_.state, &size, &type, &flags);
+    if (state) {
+        if (type != uris_.atomChunk || !plugin_->loadState(StateScope::Bank, state, size)) return LV2_STATE_ERR_BAD_TYPE;
+        adoptPorts_ = true;
+        return LV2_STATE_SUCCESS;
     }
+    const void* program = retrieve(handle, uris_.program, &size, &type, &flags);
+    if (!program) return LV2_STATE_SUCCESS;
+    std::int64_t number = -1;
+    if (type == uris_.atomInt && size == sizeof(std::int32_t)) {
+        std::int32_t value;
+        std::memcpy(&value, program, sizeof value);
+        number = value;
+    } else if (type == uris_.atomLong && size == sizeof(std::int64_t)) {
+        std::memcpy(&number, program, sizeof number);
+    }
+    if (number < 0 || number >= kNumPrograms) return LV2_STATE_ERR_BAD_TYPE;
+    plugin_->setProgram(static_cast<int>(number));
     return LV2_STATE_SUCCESS;
 }
 

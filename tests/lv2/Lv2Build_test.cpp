@@ -22,6 +22,7 @@
 #include <lv2/ui/ui.h>
 #include <lv2/units/units.h>
 
+#include "lv2/Lv2Plugin.h"
 #include "params/ControllerRouter.h"
 #include "params/FactoryBank.h"
 #include "params/ParameterTable.h"
@@ -214,6 +215,43 @@ TEST_F(Lv2Build, EachPresetSetsThePortsAndSoundsAsTheProgram) {
         const Audio actual = render(lv2, notes, 0.2);
         EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
     }
+}
+
+// A session saved as text and restored into a fresh instance brings back the sound and what no port
+// holds. The plug-in changed program itself (MIDI program change) after the host last set the ports, so
+// the ports the session restores are older than the plug-in's state: the state must win.
+TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
+    std::string error;
+    Lv2Host saved;
+    loadLv2(saved, Session{5, {{param::FilterCutoff, 0.3f}, {param::MapControl1 + 6, 0.2f}}, 512, 120.0});
+    std::vector<MidiMessage> before = phraseUntil(1.0);
+    before.push_back(message(1.2, 0xC0, 7));
+    render(saved, before, 1.5);
+    SynthPlugin& original = static_cast<Lv2Plugin*>(saved.instanceHandle())->plugin();
+    original.setProgramName("Session sound");
+    std::string session;
+    ASSERT_TRUE(saved.saveState(session, error)) << error;
+    EXPECT_EQ(saved.control(param::FilterCutoff), 0.3f);  // the ports still hold the older sound
+
+    Lv2Host restored;
+    ASSERT_TRUE(restored.load(TOLVANE_LV2_BUNDLE, kRate, 512, error)) << error;
+    ASSERT_TRUE(restored.restoreState(session, error)) << error;
+    SynthPlugin& copy = static_cast<Lv2Plugin*>(restored.instanceHandle())->plugin();
+    char name[32] = {};
+    copy.getProgramName(name);
+    EXPECT_STREQ(name, "Session sound");
+    EXPECT_EQ(copy.getProgram(), 7);
+    ASSERT_TRUE(copy.getProgramNameIndexed(0, 7, name));
+    EXPECT_STREQ(name, "Session sound");
+
+    // The same sound set up directly: program 7 and the controller map, which a program change keeps.
+    Lv2Host reference;
+    loadLv2(reference, Session{7, {{param::MapControl1 + 6, 0.2f}}, 512, 120.0});
+    const std::vector<MidiMessage> phrase = phraseUntil(2.0);
+    const Audio expected = render(reference, phrase, 2.5);
+    const Audio actual = render(restored, phrase, 2.5);
+    ASSERT_GT(rms(expected.left, 0, expected.left.size()), 1e-3);
+    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
 }
 
 // A call shorter than the engine's 64-sample block may only deliver samples made before; the note-off it
