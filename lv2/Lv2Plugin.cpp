@@ -14,6 +14,7 @@ namespace tolvane {
 namespace {
 
 constexpr vst2::intptr kAnsweredHostVersion = 2400;
+constexpr int kInitCommand = -2;  // the editor's command: the init sound into the edit buffer
 
 }  // namespace
 
@@ -62,9 +63,10 @@ Lv2Plugin::Lv2Plugin(LV2_URID_Map* map, double sampleRate) {
     plugin_.reset(new SynthPlugin(hostCallback, std::unique_ptr<FileDialogs>(new ZenityFileDialogs)));
     plugin_->effect()->user = this;
     plugin_->setSampleRate(static_cast<float>(sampleRate));
-    // The ports' defaults are the init program's values: the instance starts on that program, so that
-    // what the host shows and what sounds agree.
-    plugin_->setProgram(kNumPrograms - 1);
+    // The ports' defaults are the init program's values. The instance starts as the editor's Init command
+    // leaves it: the init sound in the edit buffer, so that what the host shows and what sounds agree, on
+    // program A-1, so that MIDI program changes select among the designed programs of bank A.
+    plugin_->setProgram(kInitCommand);
 }
 
 Lv2Plugin::~Lv2Plugin() = default;
