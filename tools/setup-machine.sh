@@ -9,6 +9,7 @@ packages=(
   clang libclang-rt-14-dev
   libx11-dev libxtst-dev libxres-dev libcairo2-dev libfontconfig-dev fonts-liberation
   xvfb
+  lv2-dev liblilv-dev lilv-utils serdi
 )
 
 missing=()
