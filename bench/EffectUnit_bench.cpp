@@ -7,7 +7,7 @@
 #include "engine/effect/EffectUnit.h"
 #include "engine/framework/DenormalGuard.h"
 #include "engine/framework/ModuleGraph.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

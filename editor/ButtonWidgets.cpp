@@ -2,7 +2,7 @@
 
 #include "gui/EditorFrame.h"
 #include "gui/ToggleButton.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 

@@ -1,7 +1,7 @@
 #include "editor/FilterTypeWidget.h"
 
 #include "editor/EditorSkin.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

@@ -1,6 +1,6 @@
 #include "editor/MenuTables.h"
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "params/OptionLists.h"
 #include "params/ParameterNames.h"
 

@@ -3,7 +3,7 @@
 #include "editor/EditorSkin.h"
 #include "gui/DigitDisplay.h"
 #include "gui/ThreeWaySwitch.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace numbers {

@@ -7,9 +7,14 @@
 #include "engine/framework/DenormalGuard.h"
 #include "engine/voice/SynthEngine.h"
 #include "params/FactoryBank.h"
+<<<<<<< HEAD
 #include "params/FastMath.h"
 #include "params/SessionState.h"
 #include "params/TempoDivisions.h"
+=======
+#include "dsp/FastMath.h"
+#include "dsp/TempoDivisions.h"
+>>>>>>> main
 #include "params/TextHelpers.h"
 
 namespace tolvane {
@@ -250,9 +255,13 @@ void SynthPlugin::showParameterStatus(int index, float value, TextWriter writer)
 // The tempo-aware displays follow the values last set, whichever thread set them.
 void SynthPlugin::noteDisplayValue(int index, float value) {
     switch (index) {
-        case param::Lfo1Mode: lfoDisplay_[0].modeBits.store(quantise(value, 8), std::memory_order_relaxed); break;
+        case param::Lfo1Mode:
+            lfoDisplay_[0].modeBits.store(quantise(value, table_.steps(index)), std::memory_order_relaxed);
+            break;
         case param::Lfo1Speed: lfoDisplay_[0].speed.store(value, std::memory_order_relaxed); break;
-        case param::Lfo2Mode: lfoDisplay_[1].modeBits.store(quantise(value, 8), std::memory_order_relaxed); break;
+        case param::Lfo2Mode:
+            lfoDisplay_[1].modeBits.store(quantise(value, table_.steps(index)), std::memory_order_relaxed);
+            break;
         case param::Lfo2Speed: lfoDisplay_[1].speed.store(value, std::memory_order_relaxed); break;
         case param::DelayTempoSync: delayDisplay_.sync.store(switchOn(value), std::memory_order_relaxed); break;
         case param::EffectDelayTime: delayDisplay_.time.store(value, std::memory_order_relaxed); break;
@@ -266,41 +275,43 @@ void SynthPlugin::applyParameter(int index, float v) {
     using namespace param;
     const ValueMappings& m = table_.mappings();
     SynthEngine& e = *engine_;
+    // The option chosen by v, out of the count the parameter table gives for this index.
+    auto option = [this, index](float value) { return quantise(value, table_.steps(index)); };
     if (index >= ModDepth1 && index < ModDepth1 + 8) return e.setSlotDepth(index - ModDepth1, m.bipolarSquare.map(v));
     if (index >= ModSens1 && index < ModSens1 + 8) return e.setSlotSens(index - ModSens1, v);
-    if (index >= ModSource1 && index < ModSource1 + 8) return e.setSlotSource(index - ModSource1, quantise(v, 138));
+    if (index >= ModSource1 && index < ModSource1 + 8) return e.setSlotSource(index - ModSource1, option(v));
     if (index >= ModSensSource1 && index < ModSensSource1 + 8)
-        return e.setSlotSensSource(index - ModSensSource1, quantise(v, 137));
+        return e.setSlotSensSource(index - ModSensSource1, option(v));
     if (index >= ModDestination1 && index < ModDestination1 + 8)
-        return e.setSlotDestination(index - ModDestination1, quantise(v, 26));
+        return e.setSlotDestination(index - ModDestination1, option(v));
     if (index >= MapControl1 && index < MapControl1 + kNumControllerMaps)
-        return router_->setMapControl(index - MapControl1, quantise(v, 129));
+        return router_->setMapControl(index - MapControl1, option(v));
     if (index >= MapParameter1 && index < MapParameter1 + kNumControllerMaps)
-        return router_->setMapParameter(index - MapParameter1, quantise(v, 100));
+        return router_->setMapParameter(index - MapParameter1, option(v));
 
     switch (index) {
-        case Osc1Waveform: e.setOscWaveform(0, quantise(v, 12)); break;
+        case Osc1Waveform: e.setOscWaveform(0, option(v)); break;
         case Osc1Sync: e.setOsc1Sync(switchOn(v)); break;
         case Osc1PulseWidth: e.setOscPulseWidth(0, v); break;
         case Osc1Pitch: e.setOscPitch(0, m.semitone.map(v)); break;
         case Osc1Detune: e.setOscDetune(0, m.signedUnit.map(v)); break;
         case Osc1KeyFollow: e.setOscKeyFollow(0, m.doubled.map(v)); break;
-        case Osc1ModAConnection: e.setOscModConnection(0, 0, quantise(v, 16)); break;
+        case Osc1ModAConnection: e.setOscModConnection(0, 0, option(v)); break;
         case Osc1ModADepth: e.setOscModDepth(0, 0, m.bipolarSquare.map(v)); break;
         case Osc1ModAVelocitySens: e.setOscModVelocitySens(0, 0, v); break;
-        case Osc1ModBConnection: e.setOscModConnection(0, 1, quantise(v, 16)); break;
+        case Osc1ModBConnection: e.setOscModConnection(0, 1, option(v)); break;
         case Osc1ModBDepth: e.setOscModDepth(0, 1, m.bipolarSquare.map(v)); break;
         case Osc1ModBVelocitySens: e.setOscModVelocitySens(0, 1, v); break;
-        case Osc2Waveform: e.setOscWaveform(1, quantise(v, 12)); break;
+        case Osc2Waveform: e.setOscWaveform(1, option(v)); break;
         case Osc2FmDepth: e.setOsc2FmDepth(v); break;
         case Osc2PulseWidth: e.setOscPulseWidth(1, v); break;
         case Osc2Pitch: e.setOscPitch(1, m.semitone.map(v)); break;
         case Osc2Detune: e.setOscDetune(1, m.signedUnit.map(v)); break;
         case Osc2KeyFollow: e.setOscKeyFollow(1, m.doubled.map(v)); break;
-        case Osc2ModAConnection: e.setOscModConnection(1, 0, quantise(v, 32)); break;
+        case Osc2ModAConnection: e.setOscModConnection(1, 0, option(v)); break;
         case Osc2ModADepth: e.setOscModDepth(1, 0, m.bipolarSquare.map(v)); break;
         case Osc2ModAVelocitySens: e.setOscModVelocitySens(1, 0, v); break;
-        case Osc2ModBConnection: e.setOscModConnection(1, 1, quantise(v, 32)); break;
+        case Osc2ModBConnection: e.setOscModConnection(1, 1, option(v)); break;
         case Osc2ModBDepth: e.setOscModDepth(1, 1, m.bipolarSquare.map(v)); break;
         case Osc2ModBVelocitySens: e.setOscModVelocitySens(1, 1, v); break;
         case MixerOsc1Level: e.setMixerLevel(0, m.levelCurve.map(v)); break;
@@ -309,39 +320,39 @@ void SynthPlugin::applyParameter(int index, float v) {
         case MixerNoiseLevel: e.setMixerLevel(3, m.levelCurve.map(v)); break;
         case NoiseColor: e.setNoiseColor(noteToHz(m.noiseNote.map(v))); break;
         case FilterOn: e.setFilterOn(switchOn(v)); break;
-        case FilterType: e.setFilterType(quantise(v, 16)); break;
+        case FilterType: e.setFilterType(option(v)); break;
         case FilterSaturationLevel: e.setSaturationLevel(v); break;
-        case FilterSaturationCurve: e.setSaturationCurve(quantise(v, 3)); break;
+        case FilterSaturationCurve: e.setSaturationCurve(option(v)); break;
         case FilterCutoff: e.setFilterCutoff(m.cutoffNote.map(v)); break;
         case FilterResonance: e.setFilterResonance(v); break;
         case FilterKeyFollow: e.setFilterKeyFollow(m.doubled.map(v)); break;
-        case FilterModAConnection: e.setFilterModConnection(0, quantise(v, 16)); break;
+        case FilterModAConnection: e.setFilterModConnection(0, option(v)); break;
         case FilterModADepth: e.setFilterModDepth(0, m.bipolarSquare.map(v)); break;
         case FilterModAVelocitySens: e.setFilterModVelocitySens(0, v); break;
-        case FilterModBConnection: e.setFilterModConnection(1, quantise(v, 16)); break;
+        case FilterModBConnection: e.setFilterModConnection(1, option(v)); break;
         case FilterModBDepth: e.setFilterModDepth(1, m.bipolarSquare.map(v)); break;
         case FilterModBVelocitySens: e.setFilterModVelocitySens(1, v); break;
-        case AmpModConnection: e.setAmpModConnection(quantise(v, 4)); break;
+        case AmpModConnection: e.setAmpModConnection(option(v)); break;
         case AmpLfoDepth: e.setAmpLfoDepth(m.bipolarSquare.map(v)); break;
         case AmpVelocitySens: e.setAmpVelocitySens(v); break;
         case Env1Attack: e.setEnvAttack(0, v); break;
-        case Env1AttackCurve: e.setEnvAttackCurve(0, quantise(v, 3)); break;
+        case Env1AttackCurve: e.setEnvAttackCurve(0, option(v)); break;
         case Env1Decay: e.setEnvDecay(0, v); break;
-        case Env1DecayCurve: e.setEnvDecayCurve(0, quantise(v, 3)); break;
+        case Env1DecayCurve: e.setEnvDecayCurve(0, option(v)); break;
         case Env1Sustain: e.setEnvSustain(0, v); break;
         case Env1Release: e.setEnvRelease(0, v); break;
         case Env2Attack: e.setEnvAttack(1, v); break;
-        case Env2AttackCurve: e.setEnvAttackCurve(1, quantise(v, 3)); break;
+        case Env2AttackCurve: e.setEnvAttackCurve(1, option(v)); break;
         case Env2Decay: e.setEnvDecay(1, v); break;
-        case Env2DecayCurve: e.setEnvDecayCurve(1, quantise(v, 3)); break;
+        case Env2DecayCurve: e.setEnvDecayCurve(1, option(v)); break;
         case Env2Sustain: e.setEnvSustain(1, v); break;
         case Env2Release: e.setEnvRelease(1, v); break;
-        case Lfo1Waveform: e.setLfoWaveform(0, quantise(v, 64)); break;
-        case Lfo1Mode: e.setLfoMode(0, quantise(v, 8)); break;
+        case Lfo1Waveform: e.setLfoWaveform(0, option(v)); break;
+        case Lfo1Mode: e.setLfoMode(0, option(v)); break;
         case Lfo1Speed: e.setLfoSpeed(0, v); break;
         case Lfo1Phase: e.setLfoPhase(0, v); break;
-        case Lfo2Waveform: e.setLfoWaveform(1, quantise(v, 64)); break;
-        case Lfo2Mode: e.setLfoMode(1, quantise(v, 8)); break;
+        case Lfo2Waveform: e.setLfoWaveform(1, option(v)); break;
+        case Lfo2Mode: e.setLfoMode(1, option(v)); break;
         case Lfo2Speed: e.setLfoSpeed(1, v); break;
         case Lfo2Phase: e.setLfoPhase(1, v); break;
         case EffectOn: e.setEffectOn(switchOn(v)); break;
@@ -350,14 +361,14 @@ void SynthPlugin::applyParameter(int index, float v) {
         case EffectDelayTime: e.setEffectDelayTime(v); break;
         case EffectDiffusion: e.setEffectDiffusion(v); break;
         case EffectFeedback: e.setEffectFeedback(m.signedUnit.map(v)); break;
-        case EffectFeedbackConnection: e.setEffectFeedbackConnection(quantise(v, 2)); break;
+        case EffectFeedbackConnection: e.setEffectFeedbackConnection(option(v)); break;
         case EffectOverdrive: e.setEffectOverdrive(m.overdrive.map(v)); break;
         case EffectLowCut: e.setEffectLowCut(m.cutFrequency.map(v)); break;
         case EffectHighCut: e.setEffectHighCut(m.cutFrequency.map(v)); break;
         case EffectModSpeed: e.setEffectModSpeed(m.rate.map(v)); break;
         case EffectModDepth: e.setEffectModDepth(v); break;
         case NumberOfVoices: {
-            int n = std::min(63, static_cast<int>(64.0f * v)) + 1;
+            int n = option(v) + 1;
             int before = router_->voiceCount();
             if (n != before) {
                 router_->setVoiceCount(n);
@@ -376,8 +387,8 @@ void SynthPlugin::applyParameter(int index, float v) {
         }
         case OutputVolume: e.setOutputVolume(m.levelCurve.map(v)); break;
         case MasterTune: e.setMasterTune(m.signedUnit.map(v)); break;
-        case PitchBendRange: e.setBendRange(static_cast<float>(quantise(v, 25))); break;
-        case MidiChannel: router_->setMidiChannel(quantise(v, 17) - 1); break;
+        case PitchBendRange: e.setBendRange(static_cast<float>(option(v))); break;
+        case MidiChannel: router_->setMidiChannel(option(v) - 1); break;
         default: break;  // reserved
     }
 }

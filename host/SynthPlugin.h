@@ -1,4 +1,5 @@
-// The plug-in object: owns the parameter table, the voice allocator (in its controller-router form),
+// The plug-in object: owns the parameter table, the voice allocator (built as a ControllerRouter, which
+// is also the engine's module graph: see VoiceAllocator.h),
 // the engine, the programs and the editor, and turns the host's calls into engine work.
 //
 // Threads. The host calls processEvents and process/processReplacing on its audio thread and everything
@@ -27,7 +28,7 @@
 #include "params/FileDialogs.h"
 #include "params/Formatters.h"
 #include "params/ParameterTable.h"
-#include "params/TempoDisplayState.h"
+#include "dsp/TempoDisplayState.h"
 
 namespace tolvane {
 

@@ -1,8 +1,8 @@
 #include "params/Formatters.h"
 
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 #include "params/ParameterNames.h"
-#include "params/TempoDivisions.h"
+#include "dsp/TempoDivisions.h"
 
 namespace tolvane {
 namespace {

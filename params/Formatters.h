@@ -6,9 +6,9 @@
 // Nothing here allocates: the texts go into caller buffers of at least kFormatterTextSize chars.
 #pragma once
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "params/OptionLists.h"
-#include "params/TempoDisplayState.h"
+#include "dsp/TempoDisplayState.h"
 #include "params/TextHelpers.h"
 
 namespace tolvane {

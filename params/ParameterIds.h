@@ -1,6 +1,8 @@
 // Parameter indices and the counts that every layer shares.
 #pragma once
 
+#include "dsp/EngineLimits.h"
+
 namespace tolvane {
 
 constexpr int kNumParameters = 176;       // 0..175
@@ -11,8 +13,6 @@ constexpr int kNumControllerMaps = 16;
 constexpr int kNumMapValues = 32;
 constexpr int kNumPrograms = 512;
 constexpr int kProgramsPerBank = 128;
-constexpr int kMaxVoices = 64;
-constexpr int kBlockSize = 64;            // the engine's fixed block; one block is one tick
 
 namespace param {
 enum Index : int {

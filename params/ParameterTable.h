@@ -8,7 +8,7 @@
 #pragma once
 
 #include "params/Formatters.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "params/ParameterIds.h"
 
 namespace tolvane {

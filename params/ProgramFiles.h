@@ -21,6 +21,7 @@
 #include "params/FileResult.h"
 #include "params/ParameterIds.h"
 #include "params/ProgramRecord.h"
+#include "params/Version1Program.h"
 
 namespace tolvane {
 
@@ -30,7 +31,6 @@ constexpr std::size_t kFileHeaderSize = 24;
 constexpr std::size_t kRecordSize = sizeof(ProgramRecord);  // 608
 constexpr std::size_t kVersion1RecordSize = 320;
 constexpr std::size_t kControllerMapBodySize = 4 * kNumMapValues;  // 128
-constexpr int kNumVersion1Values = 70;
 // A name must end within this many characters to load (the zero byte may be the 25th byte).
 constexpr int kMaxLoadableNameLength = kMaxProgramNameLength;
 

@@ -1,6 +1,6 @@
 #include "params/TextHelpers.h"
 
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 namespace {

@@ -2,7 +2,9 @@
 
 #include <cstring>
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
+#include "params/OptionLists.h"
+#include "params/ParameterIds.h"
 
 namespace tolvane {
 namespace {
@@ -41,10 +43,10 @@ float remap(const ValueMapping& from, const ExponentialMapping& to, float v) {
 // Old oscillator waveform: 12 options ordered quality-major (q·4 + w, q = Low, Middle, High and
 // w = Sine, Triangle, Sawtooth, Pulse); the current order is waveform-major (w·3 + q).
 float oscillatorWaveform(float old) {
-    int k = quantise(old, 12);
+    int k = quantise(old, options::oscWaveforms.count());
     int quality = k / 4;
     int wave = k % 4;
-    return option(wave * 3 + quality, 12);
+    return option(wave * 3 + quality, options::oscWaveforms.count());
 }
 
 // Old LFO waveform: 12 options, six shapes (sine, triangle, sawtooth, square, sample-and-hold, random)
@@ -53,8 +55,8 @@ float oscillatorWaveform(float old) {
 void lfo(float oldWave, float oldSpeed, float* out) {
     int k = quantise(oldWave, 12);
     int shape = k % 6;
-    out[0] = option(1 << shape, 64);
-    out[1] = option(k < 6 ? 0 : 1, 8);
+    out[0] = option(1 << shape, options::lfoWaveforms.count());
+    out[1] = option(k < 6 ? 0 : 1, options::lfoModes.count());
     float hz = oldMappings().rate.map(oldSpeed);
     if (shape >= 4) hz *= 2.0f;
     out[2] = newMappings().rate.inverse(hz);
@@ -78,14 +80,16 @@ void filter(float oldMode, float oldSaturation, float* out) {
         curve = 2;
     }
     out[0] = on ? 1.0f : 0.0f;
-    out[1] = option(type, 16);
+    out[1] = option(type, options::filterTypes.count());
     out[2] = m >= 24 ? 1.0f : remap(oldMappings().saturation, newMappings().saturation, oldSaturation);
-    out[3] = option(curve, 3);
+    out[3] = option(curve, options::saturationCurves.count());
 }
 
 }  // namespace
 
-ProgramRecord convertVersion1Program(const char (&name)[32], const float (&o)[70]) {
+ProgramRecord convertVersion1Program(const char (&name)[32], const float (&o)[kNumVersion1Values]) {
+    using namespace param;
+    using namespace v1;
     const OldMappings& was = oldMappings();
     const ValueMappings& now = newMappings();
 
@@ -93,105 +97,106 @@ ProgramRecord convertVersion1Program(const char (&name)[32], const float (&o)[70
     std::memset(&r, 0, sizeof r);
     std::memcpy(r.name, name, sizeof r.name);
     float* n = r.values;
+    // An old connection choice of 16 as the same choice out of a list of `count`.
+    auto connection = [&o](int old, int count) { return option(quantise(o[old], 16), count); };
 
     // Oscillator 1
-    n[0] = oscillatorWaveform(o[0]);
-    n[1] = 0.0f;
-    for (int i = 0; i < 4; ++i) n[2 + i] = o[1 + i];
-    n[6] = option(quantise(o[5], 16), 16);
-    n[7] = o[6];
-    n[8] = o[7];
-    n[9] = option(quantise(o[8], 16), 16);
-    n[10] = o[9];
-    n[11] = o[10];
+    n[Osc1Waveform] = oscillatorWaveform(o[OldOsc1Waveform]);
+    n[Osc1Sync] = 0.0f;
+    for (int i = 0; i < 4; ++i) n[Osc1PulseWidth + i] = o[OldOsc1PulseWidth + i];  // width, pitch, detune, key follow
+    n[Osc1ModAConnection] = connection(OldOsc1ModAConnection, options::osc1Connections.count());
+    n[Osc1ModADepth] = o[OldOsc1ModAConnection + 1];
+    n[Osc1ModAVelocitySens] = o[OldOsc1ModAConnection + 2];
+    n[Osc1ModBConnection] = connection(OldOsc1ModBConnection, options::osc1Connections.count());
+    n[Osc1ModBDepth] = o[OldOsc1ModBConnection + 1];
+    n[Osc1ModBVelocitySens] = o[OldOsc1ModBConnection + 2];
 
     // Oscillator 2: its modulation connections now choose among 32.
-    n[12] = oscillatorWaveform(o[11]);
-    n[13] = 0.0f;
-    for (int i = 0; i < 4; ++i) n[14 + i] = o[12 + i];
-    n[18] = option(quantise(o[16], 16), 32);
-    n[19] = o[17];
-    n[20] = o[18];
-    n[21] = option(quantise(o[19], 16), 32);
+    n[Osc2Waveform] = oscillatorWaveform(o[OldOsc2Waveform]);
+    n[Osc2FmDepth] = 0.0f;
+    for (int i = 0; i < 4; ++i) n[Osc2PulseWidth + i] = o[OldOsc2PulseWidth + i];
+    n[Osc2ModAConnection] = connection(OldOsc2ModAConnection, options::osc2Connections.count());
+    n[Osc2ModADepth] = o[OldOsc2ModAConnection + 1];
+    n[Osc2ModAVelocitySens] = o[OldOsc2ModAConnection + 2];
+    n[Osc2ModBConnection] = connection(OldOsc2ModBConnection, options::osc2Connections.count());
 
-    // Mixer and noise
-    for (int i = 0; i < 7; ++i) n[22 + i] = o[20 + i];
+    // The old second B-depth and B-sensitivity, the mixer and the noise follow in the same order.
+    for (int i = 0; i < 7; ++i) n[Osc2ModBDepth + i] = o[OldOsc2ModBConnection + 1 + i];
 
     // Filter
-    filter(o[27], o[28], &n[29]);
-    float note = was.cutoffNote.map(o[29]);
+    filter(o[OldFilterMode], o[OldFilterSaturation], &n[FilterOn]);
+    float note = was.cutoffNote.map(o[OldFilterCutoff]);
     float cutoff = (note - 24.0f) / 128.0f;
-    n[33] = cutoff < 0.0f ? 0.0f : (cutoff > 1.0f ? 1.0f : cutoff);
-    n[34] = o[30];
-    n[35] = o[31];
-    n[36] = option(quantise(o[32], 16), 16);
-    n[37] = o[33];
-    n[38] = o[34];
-    n[39] = option(quantise(o[35], 16), 16);
-    n[40] = o[36];
-    n[41] = o[37];
+    n[FilterCutoff] = cutoff < 0.0f ? 0.0f : (cutoff > 1.0f ? 1.0f : cutoff);
+    n[FilterResonance] = o[OldFilterCutoff + 1];
+    n[FilterKeyFollow] = o[OldFilterCutoff + 2];
+    n[FilterModAConnection] = connection(OldFilterModAConnection, options::filterConnections.count());
+    n[FilterModADepth] = o[OldFilterModAConnection + 1];
+    n[FilterModAVelocitySens] = o[OldFilterModAConnection + 2];
+    n[FilterModBConnection] = connection(OldFilterModBConnection, options::filterConnections.count());
+    n[FilterModBDepth] = o[OldFilterModBConnection + 1];
+    n[FilterModBVelocitySens] = o[OldFilterModBConnection + 2];
 
     // Amplifier
-    n[42] = option(quantise(o[38], 4), 4);
-    n[43] = o[39];
-    n[44] = o[40];
+    const int ampCount = options::ampConnections.count();
+    n[AmpModConnection] = option(quantise(o[OldAmpModConnection], ampCount), ampCount);
+    n[AmpLfoDepth] = o[OldAmpModConnection + 1];
+    n[AmpVelocitySens] = o[OldAmpModConnection + 2];
 
     // Envelopes: the decay curve did not exist and starts in its middle position.
-    n[45] = remap(was.attackTime, now.attackTime, o[41]);
-    n[46] = o[42];
-    n[47] = remap(was.decayTime, now.decayTime, o[43]);
-    n[48] = option(1, 3);
-    n[49] = o[44];
-    n[50] = remap(was.decayTime, now.decayTime, o[45]);
-    n[51] = remap(was.attackTime, now.attackTime, o[46]);
-    n[52] = o[47];
-    n[53] = remap(was.decayTime, now.decayTime, o[48]);
-    n[54] = option(1, 3);
-    n[55] = o[49];
-    n[56] = remap(was.decayTime, now.decayTime, o[50]);
+    for (int env = 0; env < 2; ++env) {
+        const int to = env == 0 ? Env1Attack : Env2Attack;
+        const int from = env == 0 ? OldEnv1Attack : OldEnv2Attack;
+        n[to] = remap(was.attackTime, now.attackTime, o[from]);
+        n[to + 1] = o[from + 1];                                       // attack curve
+        n[to + 2] = remap(was.decayTime, now.decayTime, o[from + 2]);  // decay
+        n[to + 3] = option(1, options::decayCurves.count());
+        n[to + 4] = o[from + 3];                                       // sustain
+        n[to + 5] = remap(was.decayTime, now.decayTime, o[from + 4]);  // release
+    }
 
     // LFOs, with their start phase at 0
-    lfo(o[51], o[52], &n[57]);
-    n[60] = 0.0f;
-    lfo(o[53], o[54], &n[61]);
-    n[64] = 0.0f;
+    lfo(o[OldLfo1Waveform], o[OldLfo1Waveform + 1], &n[Lfo1Waveform]);
+    n[Lfo1Phase] = 0.0f;
+    lfo(o[OldLfo2Waveform], o[OldLfo2Waveform + 1], &n[Lfo2Waveform]);
+    n[Lfo2Phase] = 0.0f;
 
     // Effect: always on, no tempo sync, feedback without a modulation connection.
-    n[65] = 1.0f;
-    n[66] = 0.0f;
-    n[67] = o[55];
-    n[68] = remap(was.delayTime, now.delayTime, o[56]);
-    n[69] = o[57];
-    n[70] = o[58];
-    n[71] = 0.0f;
-    n[72] = remap(was.overdrive, now.overdrive, o[59]);
-    n[73] = remap(was.cutFrequency, now.cutFrequency, o[60]);
-    n[74] = remap(was.cutFrequency, now.cutFrequency, o[61]);
-    n[75] = remap(was.rate, now.rate, o[62]);
-    n[76] = o[63];
-    n[77] = o[64];
+    n[EffectOn] = 1.0f;
+    n[DelayTempoSync] = 0.0f;
+    n[EffectMix] = o[OldEffectMix];
+    n[EffectDelayTime] = remap(was.delayTime, now.delayTime, o[OldEffectMix + 1]);
+    n[EffectDiffusion] = o[OldEffectMix + 2];
+    n[EffectFeedback] = o[OldEffectMix + 3];
+    n[EffectFeedbackConnection] = 0.0f;
+    n[EffectOverdrive] = remap(was.overdrive, now.overdrive, o[OldEffectMix + 4]);
+    n[EffectLowCut] = remap(was.cutFrequency, now.cutFrequency, o[OldEffectMix + 5]);
+    n[EffectHighCut] = remap(was.cutFrequency, now.cutFrequency, o[OldEffectMix + 6]);
+    n[EffectModSpeed] = remap(was.rate, now.rate, o[OldEffectMix + 7]);
+    n[EffectModDepth] = o[OldEffectMix + 8];
+    n[NumberOfVoices] = o[OldNumberOfVoices];
 
     // Voices: the old voice mode held unison in bit 0 and legato in bit 1.
-    int voiceMode = quantise(o[65], 4);
-    n[78] = (voiceMode & 1) ? 1.0f : 0.0f;
-    n[79] = (voiceMode & 2) ? 1.0f : 0.0f;
-    n[80] = 0.02f;
-    n[81] = o[67];
-    n[82] = o[68];
+    int voiceMode = quantise(o[OldVoiceMode], 4);
+    n[Unison] = (voiceMode & 1) ? 1.0f : 0.0f;
+    n[Legato] = (voiceMode & 2) ? 1.0f : 0.0f;
+    n[VoiceDetune] = 0.02f;
+    n[Portamento] = o[OldPortamento];
+    n[OutputVolume] = o[OldOutputVolume];
 
     // The assignable modulation slots did not exist: depth centred, nothing assigned.
     for (int slot = 0; slot < 8; ++slot) {
-        n[param::ModDepth1 + slot] = 0.5f;
-        n[param::ModSens1 + slot] = 0.0f;
-        n[param::ModSource1 + slot] = option(0, 138);
-        n[param::ModSensSource1 + slot] = option(0, 137);
-        n[param::ModDestination1 + slot] = option(0, 26);
+        n[ModDepth1 + slot] = 0.5f;
+        n[ModSens1 + slot] = 0.0f;
+        n[ModSource1 + slot] = option(0, options::modSources.count());
+        n[ModSensSource1 + slot] = option(0, options::modSensSources.count());
+        n[ModDestination1 + slot] = option(0, options::modDestinations.count());
     }
 
-    n[123] = o[66];
-    n[124] = option(2, 25);
-    n[125] = o[69];
-    // 126..143 stay 0.0.
+    n[MasterTune] = o[OldMasterTune];
+    n[PitchBendRange] = option(2, options::bendRanges.count());
+    n[MidiChannel] = o[OldMidiChannel];
+    // The reserved values stay 0.0.
     return r;
 }
 

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "dsp/Mappings.h"
 #include "params/FactoryBank.h"
-#include "params/Mappings.h"
 #include "params/ProgramFiles.h"
 #include "params/SessionState.h"
 

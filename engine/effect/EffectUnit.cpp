@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "params/TempoDivisions.h"
+#include "dsp/TempoDivisions.h"
 
 namespace tolvane {
 

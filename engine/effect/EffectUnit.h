@@ -26,8 +26,8 @@
 #include "engine/framework/PolyModule.h"
 #include "engine/framework/Smoothing.h"
 #include "engine/framework/ValueSource.h"
-#include "params/Mappings.h"
-#include "params/TempoDisplayState.h"
+#include "dsp/Mappings.h"
+#include "dsp/TempoDisplayState.h"
 
 namespace tolvane {
 

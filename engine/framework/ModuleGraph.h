@@ -2,6 +2,7 @@
 // The voice allocator is the graph of the synthesizer's engine.
 #pragma once
 
+#include "dsp/EngineLimits.h"
 #include "engine/framework/NodePool.h"
 #include "engine/framework/UniformRandom.h"
 
@@ -47,7 +48,7 @@ private:
     void unlink(PolyModule* p);
 
     float sampleRate_ = 44100.0f;
-    int blockSize_ = 64;
+    int blockSize_ = kBlockSize;
     int voiceCount_ = 1;
     // Intrusive lists; new entries go to the front.
     DspModule* moduleHead_ = nullptr;

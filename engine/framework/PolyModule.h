@@ -31,7 +31,7 @@ public:
     using Factory = std::function<std::unique_ptr<DspModule>(ModuleGraph&)>;
 
     // Capacity created up front: the engine's largest voice count.
-    static constexpr int kPrebuiltVoices = 64;
+    static constexpr int kPrebuiltVoices = kMaxVoices;
 
     PolyModule(ModuleGraph& graph, int numInputs, PolyRule rule, Factory factory);
     virtual ~PolyModule();

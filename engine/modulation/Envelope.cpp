@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 

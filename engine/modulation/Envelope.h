@@ -15,7 +15,7 @@
 #include "engine/framework/PolyModule.h"
 #include "engine/framework/ValueSource.h"
 #include "engine/modulation/ValueContainers.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 

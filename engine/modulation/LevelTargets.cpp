@@ -1,6 +1,6 @@
 #include "engine/modulation/LevelTargets.h"
 
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 

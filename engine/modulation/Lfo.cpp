@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "engine/sound/LookupTables.h"
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 namespace {

@@ -1,7 +1,7 @@
 #include "engine/modulation/RouteTargets.h"
 
 #include "engine/sound/LookupTables.h"
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 namespace {

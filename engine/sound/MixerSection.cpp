@@ -1,7 +1,7 @@
 #include "engine/sound/MixerSection.h"
 
 #include "engine/sound/OscillatorSection.h"
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 namespace {

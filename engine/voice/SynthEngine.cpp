@@ -67,8 +67,16 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
       ampVelocity_(allocator),
       ampGain_(allocator, AmpGain::kNumInputs, kRuleFromInputs) {
     slots_.setModulators(&env1_.output(), &env2_.output(), &lfo1_.output(), &lfo2_.output());
+    wireOscillatorTargets();
+    wireMixerGains();
+    wireFilterTargets();
+    wireAmplifier();
+    collectControls();
+    buildAudioPath(mappings.delayTime);
+}
 
-    // Oscillators: frequency from glide and pitch, pulse widths, OSC2's FM depth; each with its slot sums.
+// Oscillators: frequency from glide and pitch, pulse widths, OSC2's FM depth; each with its slot sums.
+void SynthEngine::wireOscillatorTargets() {
     osc1Frequency_.connectInput(&slots_.destination(ModSlots::kOsc1Pitch), RouteTarget::kSlotSum);
     osc1Frequency_.connectInput(&portamento_.output(), OscFrequency::kGlide);
     osc1Frequency_.connectInput(&pitch_.output(), OscFrequency::kPitch);
@@ -87,13 +95,16 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
     osc2Routes_.addTarget(osc2Frequency_, kFrequencyBit);
     osc2Routes_.addTarget(osc2PulseWidth_, kPulseWidthBit);
     osc2Routes_.addTarget(fmDepth_, kFmBit);
+}
 
-    // Mixer gains.
+void SynthEngine::wireMixerGains() {
     for (int ch = 0; ch < 4; ++ch)
         mixer_[static_cast<std::size_t>(ch)] = std::make_unique<MixerChannel>(
-            allocator, ch == 0 ? kInitialOsc1Level : 0.0f, &slots_.destination(ModSlots::kMixerOsc1 + ch));
+            allocator_, ch == 0 ? kInitialOsc1Level : 0.0f, &slots_.destination(ModSlots::kMixerOsc1 + ch));
+}
 
-    // Filter: cutoff follows the gliding note; resonance; saturation ceiling.
+// Filter: cutoff follows the gliding note; resonance; saturation ceiling.
+void SynthEngine::wireFilterTargets() {
     cutoff_.connectInput(&slots_.destination(ModSlots::kFilterFrequency), RouteTarget::kSlotSum);
     cutoff_.connectInput(&cutoffValue_, CutoffTarget::kBase);
     cutoff_.connectInput(&portamento_.output(), CutoffTarget::kKey);
@@ -103,13 +114,17 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
     filterRoutes_.addTarget(resonance_, kResonanceBit);
     saturation_.connectInput(&saturationValue_, 0);
     saturation_.connectInput(&slots_.destination(ModSlots::kSaturation), 1);
+}
 
-    // Amplifier.
+void SynthEngine::wireAmplifier() {
     ampVelocity_.forEach([](VelocityCurve& v) { v.setSensitivity(kInitialAmpVelocitySens, 1.0f); });
     ampGain_.connectInput(&ampVelocity_, AmpGain::kVelocity);
     ampGain_.connectInput(&slots_.destination(ModSlots::kAmplifier), AmpGain::kModulation);
     setAmpModConnection(0);
+}
 
+// What the audio units of a voice read at control rate.
+void SynthEngine::collectControls() {
     controls_.gate = &gate_;
     controls_.trigger = &trigger_;
     controls_.latestTrigger = &latestTrigger_;
@@ -127,21 +142,23 @@ SynthEngine::SynthEngine(VoiceAllocator& allocator, const EngineMappings& mappin
     for (int ch = 0; ch < 4; ++ch)
         controls_.mixerLevel[static_cast<std::size_t>(ch)] = &mixer_[static_cast<std::size_t>(ch)]->control;
     controls_.ampGain = &ampGain_;
+}
 
-    // The audio path of a voice: two oscillators, the mixer with ring modulator and noise, the filter, the
-    // amplifier summing the voices, and the effect unit producing the two outputs.
-    osc1_ = std::make_unique<OscillatorSection>(allocator, OscillatorRole::Osc1, &osc1Frequency_, &osc1PulseWidth_);
-    osc2_ = std::make_unique<OscillatorSection>(allocator, OscillatorRole::Osc2, &osc2Frequency_, &osc2PulseWidth_,
+// The audio path of a voice: two oscillators, the mixer with ring modulator and noise, the filter, the
+// amplifier summing the voices, and the effect unit producing the two outputs.
+void SynthEngine::buildAudioPath(const ExponentialMapping& delayTime) {
+    osc1_ = std::make_unique<OscillatorSection>(allocator_, OscillatorRole::Osc1, &osc1Frequency_, &osc1PulseWidth_);
+    osc2_ = std::make_unique<OscillatorSection>(allocator_, OscillatorRole::Osc2, &osc2Frequency_, &osc2PulseWidth_,
                                                 &fmDepth_);
     linkOscillators(*osc1_, *osc2_);
     mixerSection_ = std::make_unique<MixerSection>(
-        allocator, *osc1_, *osc2_,
+        allocator_, *osc1_, *osc2_,
         std::array<PolyModule*, Mixer::kChannels>{&mixer_[0]->control, &mixer_[1]->control, &mixer_[2]->control,
                                                   &mixer_[3]->control});
-    filter_ = std::make_unique<FilterSection>(allocator, mixerSection_->output(), &cutoff_, &resonance_, &saturation_);
-    amp_ = std::make_unique<AmpSection>(allocator, &ampGain_, filter_->output());
+    filter_ = std::make_unique<FilterSection>(allocator_, mixerSection_->output(), &cutoff_, &resonance_, &saturation_);
+    amp_ = std::make_unique<AmpSection>(allocator_, &ampGain_, filter_->output());
     filter_->connectOutputTo(amp_->output(), AmpSection::kAudioInput);
-    effect_ = std::make_unique<EffectUnit>(allocator, amp_->output(), mappings.delayTime);
+    effect_ = std::make_unique<EffectUnit>(allocator_, amp_->output(), delayTime);
 }
 
 SynthEngine::~SynthEngine() = default;

@@ -26,8 +26,8 @@
 #include "engine/sound/MixerSection.h"
 #include "engine/sound/OscillatorSection.h"
 #include "engine/effect/EffectUnit.h"
-#include "params/Mappings.h"
-#include "params/ParameterIds.h"
+#include "dsp/Mappings.h"
+#include "dsp/EngineLimits.h"
 
 namespace tolvane {
 
@@ -195,6 +195,13 @@ private:
         Poly<LevelControl> control;
     };
     void pushOscOffset(int osc);
+    // The constructor's wiring, in the order it runs.
+    void wireOscillatorTargets();
+    void wireMixerGains();
+    void wireFilterTargets();
+    void wireAmplifier();
+    void collectControls();
+    void buildAudioPath(const ExponentialMapping& delayTime);
 
     VoiceAllocator& allocator_;
     Poly<ValueSource> zero_;

@@ -2,7 +2,13 @@
 //
 // Events are queued with their sample offsets and applied at 64-sample block boundaries. The allocator
 // writes one small note state per voice; the engine's note sources read those states once per block.
-// It is also the engine's module graph: it owns the rates and the voice count.
+//
+// One object, three views. The voice allocator is also the engine's module graph (it owns the rates, the
+// voice count and the lists of units, because the voice count is what every per-voice container follows),
+// and in the plug-in it is a ControllerRouter (params/), which adds controller maps, learning, bank select
+// and program change to the controller handling. Whoever holds it names it by the view it uses: the engine
+// holds `allocator_` (voice states and the graph), the plug-in holds `router_` (the same object, built as
+// a router, handed to the engine as its allocator).
 #pragma once
 
 #include <array>
@@ -11,7 +17,7 @@
 
 #include "engine/framework/ModuleGraph.h"
 #include "engine/framework/NodePool.h"
-#include "params/ParameterIds.h"
+#include "dsp/EngineLimits.h"
 
 namespace tolvane {
 

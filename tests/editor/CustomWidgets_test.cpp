@@ -10,7 +10,7 @@
 #include "editor/ProgramSelectorWidget.h"
 #include "gui/TextField.h"
 #include "params/FactoryBank.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "tests/editor/EditorTestSupport.h"
 
 namespace tolvane {

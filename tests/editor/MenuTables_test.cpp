@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

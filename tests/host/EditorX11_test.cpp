@@ -22,7 +22,7 @@
 #include "gui/BmpImage.h"
 #include "gui/EmbeddedResources.h"
 #include "host/Vst2.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "support/XServerForTests.h"
 #include "tools/render/EditorScreenshot.h"
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "params/TempoDivisions.h"
+#include "dsp/TempoDivisions.h"
 
 namespace tolvane {
 namespace {

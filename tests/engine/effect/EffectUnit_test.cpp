@@ -7,7 +7,7 @@
 #include "engine/effect/EffectUnit.h"
 #include "tests/engine/ScriptedSignal.h"
 #include "engine/framework/ModuleGraph.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 #include "support/AllocationCounter.h"
 
 namespace tolvane {

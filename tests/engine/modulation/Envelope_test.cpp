@@ -6,7 +6,7 @@
 
 #include "engine/framework/ModuleGraph.h"
 #include "engine/modulation/ValueContainers.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

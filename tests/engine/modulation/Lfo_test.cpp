@@ -9,7 +9,7 @@
 #include "engine/modulation/ValueContainers.h"
 #include "engine/voice/NoteSources.h"
 #include "engine/voice/VoiceAllocator.h"
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

@@ -1,10 +1,10 @@
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
 namespace tolvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "params/TempoDivisions.h"
+#include "dsp/TempoDivisions.h"
 
 #include <cmath>
 #include <cstdlib>

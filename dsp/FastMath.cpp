@@ -1,4 +1,4 @@
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 #include <cmath>
 #include <cstdint>

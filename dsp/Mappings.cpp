@@ -1,6 +1,6 @@
-#include "params/Mappings.h"
+#include "dsp/Mappings.h"
 
-#include "params/FastMath.h"
+#include "dsp/FastMath.h"
 
 namespace tolvane {
 
