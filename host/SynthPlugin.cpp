@@ -7,14 +7,9 @@
 #include "engine/framework/DenormalGuard.h"
 #include "engine/voice/SynthEngine.h"
 #include "params/FactoryBank.h"
-<<<<<<< HEAD
-#include "params/FastMath.h"
-#include "params/SessionState.h"
-#include "params/TempoDivisions.h"
-=======
 #include "dsp/FastMath.h"
 #include "dsp/TempoDivisions.h"
->>>>>>> main
+#include "params/SessionState.h"
 #include "params/TextHelpers.h"
 
 namespace tolvane {
