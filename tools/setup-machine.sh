@@ -10,6 +10,7 @@ packages=(
   libx11-dev libxtst-dev libxres-dev libcairo2-dev libfontconfig-dev fonts-liberation
   xvfb
   lv2-dev liblilv-dev lilv-utils serdi
+  ardour  # tools/host-trial/ardour-session.sh: a session saved and reopened in a real host
 )
 
 missing=()

@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -76,6 +77,14 @@ TEST(ThreadedAutomation, RenderingWhileOtherThreadsChangeEverything) {
             if (loads < 20 && rng() % 200 == 0) {
                 f.dispatch(vst2::effSetProgram, 0, -4);  // load the bank file
                 ++loads;
+            }
+            if (rng() % 100 == 0) {  // a host saving and restoring its session
+                void* chunk = nullptr;
+                const int which = static_cast<int>(rng() % 2);
+                vst2::intptr size = f.dispatch(vst2::effGetChunk, which, 0, &chunk);
+                std::vector<unsigned char> saved(static_cast<unsigned char*>(chunk),
+                                                 static_cast<unsigned char*>(chunk) + size);
+                f.dispatch(vst2::effSetChunk, which, size, saved.data());
             }
         }
     });
