@@ -48,9 +48,10 @@ Lv2Plugin::Lv2Plugin(LV2_URID_Map* map, double sampleRate) {
     uris_.timePosition = id(LV2_TIME__Position);
     uris_.timeBeatsPerMinute = id(LV2_TIME__beatsPerMinute);
     uris_.state = id(lv2::kStateUri);
+    uris_.ports = id(lv2::kSeenPortsUri);
     uris_.program = id(lv2::kProgramUri);
 
-    for (auto& v : lastPortValue_) v = std::numeric_limits<float>::quiet_NaN();
+    for (auto& v : lastPortValue_) v.store(std::numeric_limits<float>::quiet_NaN(), std::memory_order_relaxed);
     for (auto& w : editorWrote_) w.store(false, std::memory_order_relaxed);
     for (int i = 0; i < kMaxEventsPerStretch; ++i) {
         vst2::VstMidiEvent& e = midiEvents_[static_cast<std::size_t>(i)];
@@ -133,18 +134,19 @@ void Lv2Plugin::noteEditorWrite(int index) {
 // taken note of and not applied again.
 void Lv2Plugin::readControlPorts() {
     const SynthEditor& model = plugin_->synthEditor();
+    const bool adopt = adoptPorts_.exchange(false, std::memory_order_acq_rel);
     for (int i = 0; i < kNumParameters; ++i) {
         const auto slot = static_cast<std::size_t>(i);
         const bool echo = editorWrote_[slot].exchange(false, std::memory_order_acquire);
         const float* port = controls_[slot];
         if (!port) continue;
         const float v = *port;
-        if (std::isnan(v) || v == lastPortValue_[slot]) continue;
-        lastPortValue_[slot] = v;
-        if (adoptPorts_ || echo || v == model.value(i)) continue;
+        if (std::isnan(v) || v == lastPortValue_[slot].load(std::memory_order_relaxed)) continue;
+        lastPortValue_[slot].store(v, std::memory_order_relaxed);
+        if (adopt && !(haveRestoredSeen_ && v != restoredSeen_[slot])) continue;
+        if (echo || v == model.value(i)) continue;
         plugin_->setParameterOnAudioThread(i, v);
     }
-    adoptPorts_ = false;
 }
 
 void Lv2Plugin::readPosition(const LV2_Atom_Object* object) {
@@ -225,8 +227,18 @@ void Lv2Plugin::run(std::uint32_t frames) {
 // controller maps and the 512 programs, so that it also brings back what is not a port (names, banks).
 LV2_State_Status Lv2Plugin::save(LV2_State_Store_Function store, LV2_State_Handle handle) {
     const std::vector<unsigned char> bytes = plugin_->saveState(StateScope::Bank);
-    return store(handle, uris_.state, bytes.data(), bytes.size(), uris_.atomChunk,
-                 LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE);
+    const std::uint32_t flags = LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE;
+    LV2_State_Status status = store(handle, uris_.state, bytes.data(), bytes.size(), uris_.atomChunk, flags);
+    if (status != LV2_STATE_SUCCESS) return status;
+    // The ports as the plug-in last saw them: 176 big-endian floats (NaN for a port not seen yet).
+    unsigned char seen[kNumParameters * 4];
+    for (int i = 0; i < kNumParameters; ++i) {
+        const float v = lastPortValue_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed);
+        std::uint32_t bits;
+        std::memcpy(&bits, &v, sizeof bits);
+        for (int b = 0; b < 4; ++b) seen[4 * i + b] = static_cast<unsigned char>(bits >> (24 - 8 * b));
+    }
+    return store(handle, uris_.ports, seen, sizeof seen, uris_.atomChunk, flags);
 }
 
 // A session's state replaces everything; a preset names the program it selects, which is then selected
@@ -238,7 +250,16 @@ LV2_State_Status Lv2Plugin::restore(LV2_State_Retrieve_Function retrieve, LV2_St
     const void* state = retrieve(handle, uris_.state, &size, &type, &flags);
     if (state) {
         if (type != uris_.atomChunk || !plugin_->loadState(StateScope::Bank, state, size)) return LV2_STATE_ERR_BAD_TYPE;
-        adoptPorts_ = true;
+        const auto* seen = static_cast<const unsigned char*>(retrieve(handle, uris_.ports, &size, &type, &flags));
+        haveRestoredSeen_ = seen && type == uris_.atomChunk && size == sizeof(float) * kNumParameters;
+        for (int i = 0; haveRestoredSeen_ && i < kNumParameters; ++i) {
+            std::uint32_t bits = 0;
+            for (int b = 0; b < 4; ++b) bits = (bits << 8) | seen[4 * i + b];
+            std::memcpy(&restoredSeen_[static_cast<std::size_t>(i)], &bits, sizeof bits);
+            lastPortValue_[static_cast<std::size_t>(i)].store(restoredSeen_[static_cast<std::size_t>(i)],
+                                                             std::memory_order_relaxed);
+        }
+        adoptPorts_.store(true, std::memory_order_release);
         return LV2_STATE_SUCCESS;
     }
     const void* program = retrieve(handle, uris_.program, &size, &type, &flags);

@@ -69,7 +69,7 @@ private:
     struct Uris {
         LV2_URID atomBlank, atomObject, atomFloat, atomDouble, atomInt, atomLong, atomChunk, atomSequence;
         LV2_URID midiEvent, timePosition, timeBeatsPerMinute;
-        LV2_URID state, program;
+        LV2_URID state, ports, program;
     };
     // Enough room for the list header and kMaxEventsPerStretch pointers (same layout as the VST list).
     struct EventList {
@@ -93,11 +93,15 @@ private:
     const LV2_Atom_Sequence* events_ = nullptr;
     float* outputs_[2] = {nullptr, nullptr};
 
-    // Audio thread: the port values last seen, and whether the next run takes the ports as they are
-    // (after a session's state was restored: the state has set the plug-in, and port values the host
-    // restores with it may be older than the state).
-    std::array<float, kNumParameters> lastPortValue_{};
-    bool adoptPorts_ = false;
+    // The port values last seen by a run (written by the audio thread, read by save). A session keeps
+    // them beside the state. After a restore, the next run compares the restored ports with them: a port
+    // the plug-in had seen at that value is taken as it is (the state holds the sound, also where the
+    // plug-in changed itself after the host set the port); a port the host changed after the plug-in last
+    // looked (set and saved without a run in between) is applied.
+    std::array<std::atomic<float>, kNumParameters> lastPortValue_{};
+    std::atomic<bool> adoptPorts_{false};
+    std::array<float, kNumParameters> restoredSeen_{};
+    bool haveRestoredSeen_ = false;
     std::array<std::atomic<bool>, kNumParameters> editorWrote_{};
 
     EventList eventList_{};

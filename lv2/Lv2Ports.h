@@ -14,8 +14,10 @@ namespace lv2 {
 
 constexpr const char* kPluginUri = "urn:brindlecot:tolvane2";
 constexpr const char* kUiUri = "urn:brindlecot:tolvane2#ui";
-// State properties: the plug-in's whole state as bytes, and the program a preset selects.
+// State properties: the plug-in's whole state as bytes, the ports as the plug-in last saw them, and the
+// program a preset selects.
 constexpr const char* kStateUri = "urn:brindlecot:tolvane2#state";
+constexpr const char* kSeenPortsUri = "urn:brindlecot:tolvane2#seenPorts";
 constexpr const char* kProgramUri = "urn:brindlecot:tolvane2#program";
 // Preset n (0-based program number) is kPresetPrefix followed by n in three digits.
 constexpr const char* kPresetPrefix = "urn:brindlecot:tolvane2#preset-";

@@ -254,6 +254,28 @@ TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
     EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
 }
 
+// A host may set a port and save before it runs the plug-in again: the session holds the port's new value
+// (the plug-in has not seen it), and reopening the session applies it.
+TEST_F(Lv2Build, SessionKeepsAPortSetJustBeforeSaving) {
+    std::string error;
+    Lv2Host saved;
+    loadLv2(saved, Session{5, {}, 512, 120.0});
+    render(saved, {}, 0.1);
+    ASSERT_TRUE(saved.setControl(param::FilterCutoff, 0.2f, error)) << error;
+    std::string session;
+    ASSERT_TRUE(saved.saveState(session, error)) << error;
+
+    Lv2Host restored;
+    ASSERT_TRUE(restored.load(TOLVANE_LV2_BUNDLE, kRate, 512, error)) << error;
+    ASSERT_TRUE(restored.restoreState(session, error)) << error;
+    Lv2Host reference;
+    loadLv2(reference, Session{5, {{param::FilterCutoff, 0.2f}}, 512, 120.0});
+    const std::vector<MidiMessage> phrase = phraseUntil(1.5);
+    const Audio expected = render(reference, phrase, 2.0);
+    const Audio actual = render(restored, phrase, 2.0);
+    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
+}
+
 // A call shorter than the engine's 64-sample block may only deliver samples made before; the note-off it
 // carries must still reach the voice, also when the next call brings events of its own.
 TEST_F(Lv2Build, HostBuffersShorterThanABlockLoseNoEvents) {
