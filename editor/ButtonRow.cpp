@@ -42,11 +42,6 @@ void ButtonRow::setOn(int position, bool on) {
     if (ToggleButton* b = button(position)) b->setValue(on ? 1.0f : 0.0f);
 }
 
-bool ButtonRow::isOn(int position) const {
-    if (position < 0 || position >= static_cast<int>(on_.size())) return false;
-    return on_[static_cast<std::size_t>(position)];
-}
-
 void ButtonRow::showChoice(int choice) {
     for (int i = 0; i < size(); ++i) setOn(i, i == choice);
 }

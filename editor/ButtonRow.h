@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "editor/LayoutTable.h"
 #include "gui/Geometry.h"
 
 namespace tolvane {
@@ -20,9 +21,15 @@ struct ButtonPlace {
     int column;  // x of the button's column in the bitmap
 };
 
+// Button i of a run of the layout table.
+constexpr ButtonPlace buttonPlace(const layout::Control& run, int i) { return {run.at(i), run.bitmap, run.columnOf(i)}; }
+
 class ButtonRow {
 public:
     void add(const ButtonPlace& place) { places_.push_back(place); }
+    void addRun(const layout::Control& run) {
+        for (int i = 0; i < run.count; ++i) add(buttonPlace(run, i));
+    }
     int size() const { return static_cast<int>(places_.size()); }
     const ButtonPlace& place(int position) const { return places_[static_cast<std::size_t>(position)]; }
 
@@ -39,7 +46,6 @@ public:
     void showChoice(int choice);
     void showBits(int bits);
     void setOn(int position, bool on);
-    bool isOn(int position) const;
     // Another column of the bitmap for one button.
     void setColumn(int position, int column);
     // Draws the buttons that changed.

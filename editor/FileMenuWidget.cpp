@@ -1,6 +1,7 @@
 #include "editor/FileMenuWidget.h"
 
 #include "editor/EditorSkin.h"
+#include "editor/LayoutTable.h"
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
 #include "gui/EditorFrame.h"
@@ -8,14 +9,17 @@
 namespace tolvane {
 namespace {
 
-constexpr int kColumn = 90;
-constexpr int kPressedRow = 12;
+constexpr const layout::Control& kPlace = *layout::find(layout::kStrip, layout::Widget::FileMenu);
+constexpr int kColumn = kPlace.column;
+constexpr int kPressedRow = kPlace.height;
 
 }  // namespace
 
 const char* const FileMenuWidget::kEntries[7] = {"Load Program...", "Load Bank...", "Load Controller Map...", "-",
                                                  "Save Program...", "Save Bank...", "Save Controller Map..."};
-const int FileMenuWidget::kCommands[7] = {-3, -4, -5, 0, -6, -7, -8};
+const EditorCommand FileMenuWidget::kCommands[7] = {
+    EditorCommand::LoadProgram, EditorCommand::LoadBank, EditorCommand::LoadMaps,    EditorCommand::Recall,
+    EditorCommand::SaveProgram, EditorCommand::SaveBank, EditorCommand::SaveMaps};
 
 FileMenuControl::FileMenuControl(const Rect& bounds, ControlListener* listener, BitmapResource* bitmap)
     : PopupMenuControl(bounds, listener, 0, bitmap, nullptr, kNoTextStyle) {
@@ -36,7 +40,7 @@ FileMenuWidget::FileMenuWidget(SynthEditor& editor) : ParamWidget(editor, -1) {}
 
 void FileMenuWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    menu_ = addControl(new FileMenuControl(area(674, 290, 36, 12), this, bitmap(skin::kPageTabsAndFile)));
+    menu_ = addControl(new FileMenuControl(kPlace.at(0), this, bitmap(kPlace.bitmap)));
 }
 
 void FileMenuWidget::detach() {
@@ -47,8 +51,8 @@ void FileMenuWidget::detach() {
 void FileMenuWidget::valueChanged(Canvas*, Control* control) {
     if (control != menu_) return;
     const int entry = static_cast<int>(menu_->getValue());
-    if (entry < 0 || entry >= 7 || kCommands[entry] == 0) return;
-    editor_.controller().setProgram(kCommands[entry]);
+    if (entry < 0 || entry >= 7 || kEntries[entry][0] == '-') return;
+    editor_.controller().runCommand(kCommands[entry]);
 }
 
 }  // namespace tolvane

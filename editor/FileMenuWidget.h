@@ -1,8 +1,8 @@
-// The file menu: a button that opens the load and save commands. Each command reaches the plug-in as a
-// negative program number: -3 to -5 load a program, a bank or the controller maps, -6 to -8 save them.
+// The file menu: a button that opens the load and save commands of programs, banks and controller maps.
 #pragma once
 
 #include "editor/ParamWidget.h"
+#include "editor/SynthController.h"
 #include "gui/PopupMenuControl.h"
 
 namespace tolvane {
@@ -17,8 +17,8 @@ public:
 class FileMenuWidget : public ParamWidget {
 public:
     static const char* const kEntries[7];
-    // The command of each entry (0 for the separator).
-    static const int kCommands[7];
+    // The command of each entry (the separator's is never run).
+    static const EditorCommand kCommands[7];
 
     explicit FileMenuWidget(SynthEditor& editor);
 

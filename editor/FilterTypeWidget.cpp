@@ -4,18 +4,12 @@
 #include "dsp/Mappings.h"
 
 namespace tolvane {
-namespace {
 
-constexpr int kSlopeWidth = 15;
-
-}  // namespace
-
-FilterTypeWidget::FilterTypeWidget(SynthEditor& editor, int index) : ParamWidget(editor, index) {
-    const int typeY[4] = {38, 50, 62, 74};
-    for (int i = 0; i < 4; ++i) types_.add(ButtonPlace{area(302, typeY[i], 30, 12), skin::kFilterTypes, 30 * i});
-    const Point slopeAt[4] = {{302, 96}, {317, 96}, {302, 108}, {317, 108}};
-    for (int i = 0; i < 4; ++i)
-        slopes_.add(ButtonPlace{area(slopeAt[i].h, slopeAt[i].v, kSlopeWidth, 12), skin::kFilterSlopes, kSlopeWidth * i});
+FilterTypeWidget::FilterTypeWidget(SynthEditor& editor, int index, const layout::Control& types,
+                                   const layout::Control& slopes)
+    : ParamWidget(editor, index), slopeColumns_(slopes.columnStep) {
+    types_.addRun(types);
+    slopes_.addRun(slopes);
     const int c = quantise(value_, kCodes);
     type_ = c / 4;
     slope_ = c % 4;
@@ -26,7 +20,7 @@ FilterTypeWidget::FilterTypeWidget(SynthEditor& editor, int index) : ParamWidget
 void FilterTypeWidget::show() {
     types_.showChoice(type_);
     for (int i = 0; i < 4; ++i) {
-        slopes_.setColumn(i, (4 * type_ + i) * kSlopeWidth);
+        slopes_.setColumn(i, (4 * type_ + i) * slopeColumns_);
         slopes_.setOn(i, paired(type_) ? i / 2 == slope_ / 2 : i == slope_);
     }
 }

@@ -13,7 +13,8 @@ class FilterTypeWidget : public ParamWidget {
 public:
     static constexpr int kCodes = 16;
 
-    FilterTypeWidget(SynthEditor& editor, int index);
+    // types and slopes: the two runs of buttons of the layout table.
+    FilterTypeWidget(SynthEditor& editor, int index, const layout::Control& types, const layout::Control& slopes);
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
@@ -31,6 +32,7 @@ private:
 
     ButtonRow types_;
     ButtonRow slopes_;
+    int slopeColumns_;  // the width of a slope picture in the bitmap
     int type_ = 0;
     int slope_ = 0;
 };

@@ -20,14 +20,14 @@ void ListMenuControl::takeFocus(Canvas* canvas) {
     setDirty(true);
 }
 
-ListMenuWidget::ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, Point position)
-    : ParamWidget(editor, index), table_(table), position_(position), entry_(table.entryFor(value_)) {}
+ListMenuWidget::ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, const Rect& area)
+    : ParamWidget(editor, index), table_(table), area_(area), entry_(table.entryFor(value_)) {}
 
 const char* ListMenuWidget::closedText() const { return table_.closed[static_cast<std::size_t>(entry_)].c_str(); }
 
 void ListMenuWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    auto* menu = new ListMenuControl(area(position_.h, position_.v, table_.width, 12), *this, index_);
+    auto* menu = new ListMenuControl(area_, *this, index_);
     applyTextLook(*menu, table_.align);
     menu->setItemsPerColumn(table_.itemsPerColumn);
     menu_ = addControl(menu);

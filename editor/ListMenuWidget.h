@@ -25,14 +25,13 @@ private:
 
 class ListMenuWidget : public ParamWidget {
 public:
-    ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, Point position);
+    ListMenuWidget(SynthEditor& editor, int index, const MenuTable& table, const Rect& area);
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
     void detach() override;
     void setValue(float value) override;
 
-    int currentEntry() const { return entry_; }
     const char* closedText() const;
     const MenuTable& table() const { return table_; }
     ListMenuControl* menu() const { return menu_; }
@@ -42,7 +41,7 @@ private:
     void fill(ListMenuControl& menu);
 
     const MenuTable& table_;
-    Point position_;
+    Rect area_;
     int entry_;
     ListMenuControl* menu_ = nullptr;
 };

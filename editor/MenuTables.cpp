@@ -14,9 +14,8 @@ bool offerable(int controller) { return controller != 64 && controller != 120 &&
 
 class Builder {
 public:
-    Builder(int options, int width, int align, int itemsPerColumn) {
+    Builder(int options, int align, int itemsPerColumn) {
         table_.options = options;
-        table_.width = width;
         table_.align = align;
         table_.itemsPerColumn = itemsPerColumn;
         table_.entryOf.assign(static_cast<std::size_t>(options), -1);
@@ -46,7 +45,7 @@ private:
 // (the constant,) then the controllers.
 MenuTable sourceMenu(bool withConstant) {
     const bool sens = !withConstant;
-    Builder b(withConstant ? 138 : 137, sens ? 45 : 65, 1, 28);
+    Builder b(withConstant ? 138 : 137, 1, 28);
     b.entry(0, "(not assigned)", "- - -");
     b.separator();
     const char* envelopes[4] = {"ENV1", "ENV2", "LFO1", "LFO2"};
@@ -79,7 +78,7 @@ MenuTable destinationMenu() {
         "ENV2 Rel.",    "LFO1 Speed",   "LFO1 Phase",  "LFO2 Speed",  "LFO2 Phase"};
     // Separators go before these options.
     static const int groupStarts[] = {1, 3, 6, 10, 13, 14, 18, 22, 24};
-    Builder b(26, 65, 1, -1);
+    Builder b(26, 1, -1);
     std::size_t group = 0;
     for (int o = 0; o < 26; ++o) {
         if (group < sizeof groupStarts / sizeof groupStarts[0] && groupStarts[group] == o) {
@@ -92,7 +91,7 @@ MenuTable destinationMenu() {
 }
 
 MenuTable controllerMenu() {
-    Builder b(129, 92, 0, 32);
+    Builder b(129, 0, 32);
     b.entry(0, "(not assigned)", "- - -");
     b.separator();
     b.entry(kLearnOption, "Learn...", "Learn...");
@@ -109,7 +108,7 @@ MenuTable controllerMenu() {
 // Targets: the sound and voice parameters 0-98 in the order of the panels, grouped by section.
 MenuTable targetMenu() {
     constexpr int kNone = 99;
-    Builder b(100, 156, 0, 28);
+    Builder b(100, 0, 28);
     b.entry(kNone, "(not assigned)", "- - -");
     auto range = [&b](int first, int last) {
         b.separator();

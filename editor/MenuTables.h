@@ -19,7 +19,6 @@ struct MenuTable {
     std::vector<std::string> closed;  // by entry position: what the closed menu shows
     std::vector<int> entryOf;     // by option: the entry that shows it
     int itemsPerColumn = -1;      // -1: one column
-    int width = 0;
     int align = 0;                // 0 left, 1 centre
 
     int entryCount() const { return static_cast<int>(option.size()); }

@@ -15,19 +15,17 @@ const NumberRule channel{0, 16, [](float v) { return quantise(v, 17); }, [](int 
 
 }  // namespace numbers
 
-NumberWidget::NumberWidget(SynthEditor& editor, int index, const NumberRule& rule, Point digits)
-    : ParamWidget(editor, index), rule_(rule), digits_(digits), number_(rule.toNumber(value_)) {}
+NumberWidget::NumberWidget(SynthEditor& editor, int index, const NumberRule& rule, const Rect& digits,
+                           const Rect& steps)
+    : ParamWidget(editor, index), rule_(rule), digits_(digits), steps_(steps), number_(rule.toNumber(value_)) {}
 
 void NumberWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    const std::int32_t xs[2] = {digits_.h, digits_.h + skin::kDigitWidth};
-    const std::int32_t ys[2] = {digits_.v, digits_.v};
-    display_ = addControl(new DigitDisplay(area(digits_.h, digits_.v, 2 * skin::kDigitWidth, skin::kDigitHeight),
-                                           nullptr, index_, static_cast<float>(number_), 2, xs, ys, skin::kDigitWidth,
+    const std::int32_t xs[2] = {digits_.left, digits_.left + skin::kDigitWidth};
+    const std::int32_t ys[2] = {digits_.top, digits_.top};
+    display_ = addControl(new DigitDisplay(digits_, nullptr, index_, static_cast<float>(number_), 2, xs, ys, skin::kDigitWidth,
                                            skin::kDigitHeight, bitmap(skin::kDigits)));
-    switch_ = addControl(new ThreeWaySwitch(area(digits_.h + 1, digits_.v + 16, skin::kStepSwitchWidth,
-                                                 skin::kStepSwitchHeight),
-                                            this, index_, skin::kStepSwitchHeight, bitmap(skin::kStepSwitch),
+    switch_ = addControl(new ThreeWaySwitch(steps_, this, index_, skin::kStepSwitchHeight, bitmap(skin::kStepSwitch),
                                             Point{0, 0}, kSwitchHorizontal));
 }
 

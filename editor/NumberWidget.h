@@ -26,8 +26,8 @@ extern const NumberRule channel;    // 0-16 (0 = omni): min(16, trunc(17 v)), se
 
 class NumberWidget : public ParamWidget {
 public:
-    // digits: the top-left of the two digits; the switch sits at (digits.h + 1, digits.v + 16).
-    NumberWidget(SynthEditor& editor, int index, const NumberRule& rule, Point digits);
+    // digits: the area of the two digits; steps: the three-way switch that steps the number.
+    NumberWidget(SynthEditor& editor, int index, const NumberRule& rule, const Rect& digits, const Rect& steps);
 
     void valueChanged(Canvas* canvas, Control* control) override;
     void attach(EditorFrame& frame) override;
@@ -40,7 +40,8 @@ public:
 
 private:
     const NumberRule& rule_;
-    Point digits_;
+    Rect digits_;
+    Rect steps_;
     int number_;
     DigitDisplay* display_ = nullptr;
     ThreeWaySwitch* switch_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "editor/LayoutTable.h"
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
 #include "gui/TextField.h"
@@ -12,7 +13,7 @@ ProgramNameWidget::ProgramNameWidget(SynthEditor& editor) : ParamWidget(editor, 
 
 void ProgramNameWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
-    auto* field = new TextField(Rect{401, 293, 557, 305}, this, 0, name_, nullptr, 0);
+    auto* field = new TextField(layout::find(layout::kStrip, layout::Widget::ProgramName)->at(0), this, 0, name_, nullptr, 0);
     applyTextLook(*field, kTextAlignLeft);
     field_ = addControl(field);
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "editor/EditorSkin.h"
+#include "editor/LayoutTable.h"
 #include "editor/SynthController.h"
 #include "editor/SynthEditor.h"
 #include "gui/BitmapResource.h"
@@ -12,8 +13,10 @@
 namespace tolvane {
 namespace {
 
-const Rect kMenuArea{310, 278, 340, 291};
-constexpr int kProgramDigits = 3;
+using layout::Widget;
+constexpr const layout::Control& kDigitsPlace = *layout::find(layout::kStrip, Widget::ProgramDigits);
+constexpr const layout::Control& kStepsPlace = *layout::find(layout::kStrip, Widget::ProgramSteps);
+constexpr int kProgramDigits = kDigitsPlace.width / skin::kDigitWidth;
 
 }  // namespace
 
@@ -54,8 +57,7 @@ void ProgramMenuControl::takeFocus(Canvas* canvas) {
 // ---- the selector
 
 ProgramSelectorWidget::ProgramSelectorWidget(SynthEditor& editor) : ParamWidget(editor, -1) {
-    const Point at[4] = {{271, 277}, {283, 277}, {271, 289}, {283, 289}};
-    for (int i = 0; i < 4; ++i) banks_.add(ButtonPlace{area(at[i].h, at[i].v, 12, 12), skin::kBankButtons, 12 * i});
+    banks_.addRun(*layout::find(layout::kStrip, Widget::ProgramBanks));
 }
 
 void ProgramSelectorWidget::attach(EditorFrame& frame) {
@@ -63,13 +65,12 @@ void ProgramSelectorWidget::attach(EditorFrame& frame) {
     setValue(static_cast<float>(editor_.controller().getProgram()));
     banks_.attach(frame, editor_, this, 0);
     banks_.showChoice(bank_);
-    menu_ = addControl(new ProgramMenuControl(kMenuArea, *this, bitmap(skin::kDigits)));
-    down_ = addControl(new ThreeWaySwitch(area(307, 294, skin::kStepSwitchWidth, skin::kStepSwitchHeight), this, 1,
-                                          skin::kStepSwitchHeight, bitmap(skin::kProgramStepSwitches), Point{0, 0},
+    menu_ = addControl(new ProgramMenuControl(kDigitsPlace.at(0), *this, bitmap(kDigitsPlace.bitmap)));
+    const layout::Control& s = kStepsPlace;
+    down_ = addControl(new ThreeWaySwitch(s.at(0), this, 1, s.height, bitmap(s.bitmap), Point{s.columnOf(0), 0},
                                           kSwitchHorizontal));
-    up_ = addControl(new ThreeWaySwitch(area(325, 294, skin::kStepSwitchWidth, skin::kStepSwitchHeight), this, 2,
-                                        skin::kStepSwitchHeight, bitmap(skin::kProgramStepSwitches),
-                                        Point{skin::kStepSwitchWidth, 0}, kSwitchHorizontal));
+    up_ = addControl(new ThreeWaySwitch(s.at(1), this, 2, s.height, bitmap(s.bitmap), Point{s.columnOf(1), 0},
+                                        kSwitchHorizontal));
 }
 
 void ProgramSelectorWidget::detach() {

@@ -45,8 +45,6 @@ public:
     int programNumber() const { return bank_ * 128 + program_; }
     const ButtonRow& bankButtons() const { return banks_; }
     ProgramMenuControl* menu() const { return menu_; }
-    ThreeWaySwitch* stepDown() const { return down_; }
-    ThreeWaySwitch* stepUp() const { return up_; }
 
 private:
     friend class ProgramMenuControl;

@@ -3,6 +3,7 @@
 #include "editor/EditorLayout.h"
 #include "editor/EditorSkin.h"
 #include "editor/FileMenuWidget.h"
+#include "editor/LayoutTable.h"
 #include "editor/ProgramNameWidget.h"
 #include "editor/ProgramSelectorWidget.h"
 #include "editor/SynthController.h"
@@ -20,8 +21,7 @@ constexpr int kPage1Values = 77;           // 0-76
 constexpr int kFirstStripValue = 77;       // 77-82
 constexpr int kFirstPage2Value = 83;       // 83-175
 constexpr int kTabTagBase = 0;             // tabs 0 and 1
-constexpr int kRecallCommand = -1;
-constexpr int kInitCommand = -2;
+constexpr EditorCommand kButtonCommands[2] = {EditorCommand::Recall, EditorCommand::Init};
 
 bool covers(const Rect& area, const Rect& bounds) {
     return bounds.left >= area.left && bounds.top >= area.top && bounds.right <= area.right &&
@@ -71,24 +71,27 @@ void WidgetFrame::addFixedControls() {
                               Rect{266, 60, 452, 202}, Point{0, 0});
     addView(about_);
 
+    const layout::Control& statusLines = *layout::find(layout::kStrip, layout::Widget::StatusLines);
     for (int line = 0; line < 2; ++line) {
-        const int top = line == 0 ? 263 : 276;
-        auto* status = new TextField(Rect{401, top, 557, top + 12}, nullptr, line, "", nullptr, 0);
+        auto* status = new TextField(statusLines.at(line), nullptr, line, "", nullptr, 0);
         ParamWidget::applyTextLook(*status, kTextAlignLeft);
         status->setMouseEnabled(false);  // shows text, never takes a press or the focus
         status_[line] = status;
         addView(status);
     }
+    const layout::Control& tabs = *layout::find(layout::kStrip, layout::Widget::PageTabs);
     for (int page = 0; page < kPageCount; ++page) {
-        tabs_[page] = new ToggleButton(area(584 + 42 * page, 290, 42, 12), this, kTabTagBase + page,
-                                       synthEditor_.bitmap(kPageTabsAndFile), Point{42 * page, 0});
+        tabs_[page] = new ToggleButton(tabs.at(page), this, kTabTagBase + page, synthEditor_.bitmap(tabs.bitmap),
+                                       Point{tabs.columnOf(page), 0});
         tabs_[page]->setValue(page == currentPage_ ? 1.0f : 0.0f);
         addView(tabs_[page]);
     }
-    const int commands[2] = {kRecallCommand, kInitCommand};
+    const layout::Control& buttons = *layout::find(layout::kStrip, layout::Widget::ProgramCommands);
     for (int i = 0; i < 2; ++i) {
-        commands_[i] = new MomentaryButton(area(355, 269 + 21 * i, 32, 12), this, commands[i], 12,
-                                           synthEditor_.bitmap(kProgramCommands), Point{32 * i, 0});
+        // Tagged with the command's negative number: no parameter, so its press is no edit gesture.
+        const auto tag = static_cast<std::int32_t>(kButtonCommands[i]);
+        commands_[i] = new MomentaryButton(buttons.at(i), this, tag, buttons.height,
+                                           synthEditor_.bitmap(buttons.bitmap), Point{buttons.columnOf(i), 0});
         addView(commands_[i]);
     }
 }
@@ -156,9 +159,9 @@ void WidgetFrame::valueChanged(Canvas*, Control* control) {
         selectPage(page);
         return;
     }
-    for (MomentaryButton* command : commands_) {
-        if (control != command) continue;
-        if (command->getValue() == 1.0f) synthEditor_.controller().setProgram(command->getTag());
+    for (int i = 0; i < 2; ++i) {
+        if (control != commands_[i]) continue;
+        if (commands_[i]->getValue() == 1.0f) synthEditor_.controller().runCommand(kButtonCommands[i]);
         return;
     }
 }

@@ -44,13 +44,8 @@ public:
     ParamWidget* widgetFor(int index) const;
     WidgetPage& page(int page) { return *pages_[page]; }
     WidgetPage& strip() { return strip_; }
-    ProgramSelectorWidget& programSelector() const { return *programSelector_; }
     ProgramNameWidget& programName() const { return *programName_; }
-    FileMenuWidget& fileMenu() const { return *fileMenu_; }
     TextField* statusLine(int line) const { return status_[line]; }
-    ToggleButton* pageTab(int page) const { return tabs_[page]; }
-    MomentaryButton* commandButton(int which) const { return commands_[which]; }
-    ImageOverlay* aboutOverlay() const { return about_; }
 
 protected:
     ~WidgetFrame() override;

@@ -25,7 +25,6 @@ public:
     void show(EditorFrame& frame);
     void hide();
 
-    bool isShown() const { return frame_ != nullptr; }
     BitmapResource* background() const { return background_; }
     int size() const { return static_cast<int>(widgets_.size()); }
     ParamWidget* at(int position) const {

@@ -27,9 +27,6 @@ public:
     int getHeight() const { return height_; }
     bool isLoaded() const { return width_ > 0 && height_ > 0; }
 
-    void setTransparentColor(Color color) { transparentColor_ = color; }
-    Color getTransparentColor() const { return transparentColor_; }
-
 protected:
     ~BitmapResource() override;
 

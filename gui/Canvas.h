@@ -30,7 +30,6 @@ public:
     // Added to every coordinate that is drawn.
     void setOffset(Point offset) { offset_ = offset; }
     Point getOffset() const { return offset_; }
-    const Rect& getClipRect() const { return clip_; }
 
     void moveTo(Point p);
     void lineTo(Point p);
@@ -40,21 +39,14 @@ public:
     void fillRect(const Rect& r);
 
     void setLineStyle(int style) { lineStyle_ = style; }
-    int getLineStyle() const { return lineStyle_; }
     void setLineWidth(int width) { lineWidth_ = width; }
-    int getLineWidth() const { return lineWidth_; }
     void setFrameColor(Color c) { frameColor_ = c; }
-    Color getFrameColor() const { return frameColor_; }
     void setFillColor(Color c) { fillColor_ = c; }
-    Color getFillColor() const { return fillColor_; }
     void setFontColor(Color c) { fontColor_ = c; }
-    Color getFontColor() const { return fontColor_; }
 
     // Font id 0-7 from the font table (another id means 0); size 0 takes the table's size;
     // style bits: kTextBold, kTextItalic, kTextUnderline.
     void setFont(int id, int size = 0, int style = 0);
-    int getFontId() const { return fontId_; }
-    int getFontSize() const { return fontSize_; }
     FontSpec currentFont() const;
     // The font that id, size and style give (used by the text field for its edit window, weight forced to 400).
     static FontSpec fontFor(int id, int size, int style);

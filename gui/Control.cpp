@@ -34,25 +34,12 @@ void Control::idleWhileTracking() {
 
 void Control::setValue(float value) { value_ = value; }
 float Control::getValue() const { return value_; }
-void Control::setMin(float value) { min_ = value; }
-float Control::getMin() const { return min_; }
-void Control::setMax(float value) { max_ = value; }
-float Control::getMax() const { return max_; }
-void Control::setPreviousValue(float value) { previousValue_ = value; }
-float Control::getPreviousValue() const { return previousValue_; }
-void Control::setDefaultValue(float value) { defaultValue_ = value; }
-float Control::getDefaultValue() const { return defaultValue_; }
-void Control::setTag(std::int32_t tag) { tag_ = tag; }
 
 void Control::setBackground(BitmapResource* background) {
     if (background) background->addRef();
     if (background_) background_->release();
     background_ = background;
 }
-
-BitmapResource* Control::getBackground() const { return background_; }
-void Control::setWheelStep(float step) { wheelStep_ = step; }
-float Control::getWheelStep() const { return wheelStep_; }
 
 void Control::clampValue() {
     if (value_ > max_) value_ = max_;

@@ -19,31 +19,19 @@ public:
     bool isDirty() const override;
     void setDirty(bool dirty = true) override;
 
-    virtual void idleWhileTracking();
     virtual void setValue(float value);
     virtual float getValue() const;
-    virtual void setMin(float value);
-    virtual float getMin() const;
-    virtual void setMax(float value);
-    virtual float getMax() const;
-    virtual void setPreviousValue(float value);
-    virtual float getPreviousValue() const;
-    virtual void setDefaultValue(float value);
-    virtual float getDefaultValue() const;
-    virtual void setTag(std::int32_t tag);
-    virtual void setBackground(BitmapResource* background);
-    virtual BitmapResource* getBackground() const;
-    virtual void setWheelStep(float step);
-    virtual float getWheelStep() const;
-    virtual void clampValue();
+    float getMax() const { return max_; }
+    void setBackground(BitmapResource* background);
 
     std::int32_t getTag() const { return tag_; }
-    ControlListener* getListener() const { return listener_; }
-    void setListener(ControlListener* listener) { listener_ = listener; }
 
 protected:
     ~Control() override;
 
+    // Lets the editor idle while a control follows the mouse.
+    void idleWhileTracking();
+    void clampValue();
     // Tells the listener, if there is one.
     void reportChange(Canvas* canvas);
     // Buttons and modifiers from the canvas, else from the frame's window.

@@ -41,12 +41,4 @@ void DigitDisplay::draw(Canvas& canvas) {
     setDirty(false);
 }
 
-float DigitDisplay::getNormalizedValue() const {
-    if (max_ <= 0.0f) return 0.0f;
-    float normalized = value_ / max_;
-    if (normalized < 0.0f) normalized = 0.0f;
-    if (normalized > 1.0f) normalized = 1.0f;
-    return normalized;
-}
-
 }  // namespace tolvane

@@ -16,9 +16,6 @@ public:
 
     void draw(Canvas& canvas) override;
 
-    // value / maximum, limited to [0, 1].
-    virtual float getNormalizedValue() const;
-
     std::int32_t getDigitCount() const { return digitCount_; }
 
 private:

@@ -12,9 +12,6 @@ public:
 
     void draw(Canvas& canvas) override;
 
-    std::int32_t getFrameCount() const { return frameCount_; }
-    std::int32_t getFrameHeight() const { return frameHeight_; }
-
 private:
     std::int32_t frameCount_;
     std::int32_t frameHeight_;

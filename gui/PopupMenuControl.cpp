@@ -40,16 +40,6 @@ bool PopupMenuControl::addEntry(const char* text, std::int32_t index) {
     return true;
 }
 
-bool PopupMenuControl::addSubmenu(PopupMenuControl* menu, const char* text) {
-    if (!menu) return false;
-    std::string entry = "-M";
-    entry += text ? text : "";
-    if (!addEntry(entry.c_str())) return false;
-    menu->addRef();
-    entries_.back().submenu = menu;
-    return true;
-}
-
 std::int32_t PopupMenuControl::getCurrent(char* buffer, bool countAll) const {
     if (!validIndex(current_)) {
         if (buffer) buffer[0] = '\0';
@@ -83,21 +73,6 @@ bool PopupMenuControl::setCurrent(std::int32_t index, bool countAll) {
     return true;
 }
 
-bool PopupMenuControl::getEntry(std::int32_t index, char* buffer) const {
-    if (!validIndex(index) || !buffer) return false;
-    std::strcpy(buffer, entries_[index].text.c_str());
-    return true;
-}
-
-bool PopupMenuControl::setEntry(std::int32_t index, const char* text) {
-    if (!validIndex(index)) return false;
-    entries_[index].text = text ? text : "";
-    if (entries_[index].text.size() > static_cast<std::size_t>(kMaxEntryLength))
-        entries_[index].text.resize(kMaxEntryLength);
-    if (index == current_) setDirty(true);
-    return true;
-}
-
 bool PopupMenuControl::removeEntry(std::int32_t index) {
     if (!validIndex(index)) return false;
     if (entries_[index].submenu) entries_[index].submenu->release();
@@ -116,33 +91,8 @@ void PopupMenuControl::removeAllEntries() {
 
 std::int32_t PopupMenuControl::getEntryCount() const { return static_cast<std::int32_t>(entries_.size()); }
 
-std::int32_t PopupMenuControl::findEntry(const char* text) const {
-    if (!text) return -1;
-    for (std::int32_t i = 0; i < getEntryCount(); ++i)
-        if (entries_[i].text == text) return i;
-    return -1;
-}
-
-bool PopupMenuControl::checkEntry(std::int32_t index, bool checked) {
-    if (!validIndex(index)) return false;
-    entries_[index].checked = checked;
-    return true;
-}
-
-bool PopupMenuControl::checkEntryAlone(std::int32_t index) {
-    if (!validIndex(index)) return false;
-    for (Entry& entry : entries_) entry.checked = false;
-    entries_[index].checked = true;
-    return true;
-}
-
-bool PopupMenuControl::isEntryChecked(std::int32_t index) const {
-    return validIndex(index) && entries_[index].checked;
-}
-
 void PopupMenuControl::setItemsPerColumn(std::int32_t count) { itemsPerColumn_ = count; }
 std::int32_t PopupMenuControl::getItemsPerColumn() const { return itemsPerColumn_; }
-MenuItemDrawer* PopupMenuControl::getItemDrawer() const { return nullptr; }
 
 void PopupMenuControl::setValue(float value) {
     std::int32_t index = static_cast<std::int32_t>(value);

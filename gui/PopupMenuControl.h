@@ -34,26 +34,17 @@ public:
 
     // index -1 (or past the end) appends.
     virtual bool addEntry(const char* text, std::int32_t index = -1);
-    virtual bool addSubmenu(PopupMenuControl* menu, const char* text);
     // countAll false: indices leave out separators and titles.
     virtual std::int32_t getCurrent(char* buffer = nullptr, bool countAll = false) const;
     virtual bool setCurrent(std::int32_t index, bool countAll = false);
-    virtual bool getEntry(std::int32_t index, char* buffer) const;
-    virtual bool setEntry(std::int32_t index, const char* text);
     virtual bool removeEntry(std::int32_t index);
     virtual void removeAllEntries();
     virtual std::int32_t getEntryCount() const;
-    virtual std::int32_t findEntry(const char* text) const;
-    virtual bool checkEntry(std::int32_t index, bool checked);
-    virtual bool checkEntryAlone(std::int32_t index);
-    virtual bool isEntryChecked(std::int32_t index) const;
     virtual void setItemsPerColumn(std::int32_t count);
     virtual std::int32_t getItemsPerColumn() const;
-    virtual MenuItemDrawer* getItemDrawer() const;
 
     // The entry chosen at the last opening (index within this menu), or -1.
     std::int32_t getLastResult() const { return lastResult_; }
-    int getLastButtons() const { return lastButtons_; }
     // The entries as the platform gets them, ids assigned in order: this menu's entries first, then each
     // submenu's. owners receives, for id k, the menu and index at owners[k - 1].
     struct Owner {

@@ -38,26 +38,6 @@ void RotaryKnob::computeAngles() const {
     angleOffset_ = min_ - slope_ * startAngle_;
 }
 
-void RotaryKnob::setStartAngle(float angle) {
-    startAngle_ = angle;
-    computeAngles();
-    setDirty(true);
-}
-
-float RotaryKnob::getStartAngle() const { return startAngle_; }
-
-void RotaryKnob::setRangeAngle(float angle) {
-    rangeAngle_ = angle;
-    computeAngles();
-    setDirty(true);
-}
-
-float RotaryKnob::getRangeAngle() const { return rangeAngle_; }
-
-void RotaryKnob::setInset(std::int32_t inset) { inset_ = inset; }
-void RotaryKnob::setShadowColor(Color color) { shadowColor_ = color; }
-void RotaryKnob::setHandleColor(Color color) { handleColor_ = color; }
-
 void RotaryKnob::setHandleBitmap(BitmapResource* handle) {
     if (handle) handle->addRef();
     if (handle_) handle_->release();
@@ -65,9 +45,6 @@ void RotaryKnob::setHandleBitmap(BitmapResource* handle) {
     // The handle's centre runs inside the rim by half its width.
     inset_ = handle_ ? static_cast<std::int32_t>(handle_->getWidth() / 2.0 + 2.5) : 3;
 }
-
-void RotaryKnob::setZoomFactor(float factor) { zoomFactor_ = factor; }
-float RotaryKnob::getZoomFactor() const { return zoomFactor_; }
 
 void RotaryKnob::valueToPoint(Point& where) const {
     computeAngles();

@@ -17,21 +17,10 @@ public:
     bool onWheel(Canvas* canvas, Point where, float distance) override;
 
     virtual void drawHandle(Canvas& canvas);
-    virtual void setStartAngle(float angle);
-    virtual float getStartAngle() const;
-    virtual void setRangeAngle(float angle);
-    virtual float getRangeAngle() const;
     // Points are relative to the knob's top-left corner.
     virtual void valueToPoint(Point& where) const;
     virtual float valueFromPoint(Point& where) const;
-    virtual void setInset(std::int32_t inset);
-    virtual void setShadowColor(Color color);
-    virtual void setHandleColor(Color color);
     virtual void setHandleBitmap(BitmapResource* handle);
-    virtual void setZoomFactor(float factor);
-    virtual float getZoomFactor() const;
-
-    std::int32_t getInset() const { return inset_; }
 
 protected:
     ~RotaryKnob() override;

@@ -98,15 +98,6 @@ void TextDisplay::setShadowColor(Color color) {
 void TextDisplay::setHorizontalAlign(std::int32_t align) { align_ = align; }
 void TextDisplay::setBackgroundOffset(Point offset) { backgroundOffset_ = offset; }
 
-void TextDisplay::setFormatterWithData(TextFormatterWithData formatter, void* data) {
-    formatterWithData_ = formatter;
-    formatterData_ = data;
-}
-
-void TextDisplay::setFormatter(TextFormatter formatter) { formatter_ = formatter; }
-void TextDisplay::setParser(TextParser parser) { parser_ = parser; }
 void TextDisplay::setStyle(std::int32_t style) { style_ = style; }
-void TextDisplay::setTextStyle(std::int32_t textStyle) { textStyle_ = textStyle; }
-void TextDisplay::setTextTransparent(bool transparent) { textTransparent_ = transparent; }
 
 }  // namespace tolvane

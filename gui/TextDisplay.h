@@ -37,20 +37,7 @@ public:
     virtual void setShadowColor(Color color);
     virtual void setHorizontalAlign(std::int32_t align);
     virtual void setBackgroundOffset(Point offset);
-    virtual void setFormatterWithData(TextFormatterWithData formatter, void* data);
-    virtual void setFormatter(TextFormatter formatter);
-    virtual void setParser(TextParser parser);
     virtual void setStyle(std::int32_t style);
-    virtual void setTextStyle(std::int32_t textStyle);
-    virtual void setTextTransparent(bool transparent);
-
-    std::int32_t getFont() const { return fontId_; }
-    Color getFontColor() const { return fontColor_; }
-    Color getBackColor() const { return backColor_; }
-    Color getFrameColor() const { return frameColor_; }
-    std::int32_t getHorizontalAlign() const { return align_; }
-    std::int32_t getStyle() const { return style_; }
-    TextParser getParser() const { return parser_; }
 
 protected:
     TextDisplay(const Rect& bounds, ControlListener* listener, std::int32_t tag, BitmapResource* background,

@@ -116,11 +116,4 @@ void TextField::getText(char* buffer) const {
     if (buffer) std::memcpy(buffer, text_, sizeof text_);
 }
 
-void TextField::setEditFormatterWithData(EditFormatterWithData formatter, void* data) {
-    editFormatterWithData_ = formatter;
-    editFormatterData_ = data;
-}
-
-void TextField::setEditFormatter(EditFormatter formatter) { editFormatter_ = formatter; }
-
 }  // namespace tolvane

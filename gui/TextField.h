@@ -26,8 +26,6 @@ public:
 
     virtual void setText(const char* text);
     virtual void getText(char* buffer) const;
-    virtual void setEditFormatterWithData(EditFormatterWithData formatter, void* data);
-    virtual void setEditFormatter(EditFormatter formatter);
 
     const char* text() const { return text_; }
     bool isEditing() const { return session_ != nullptr; }

@@ -44,16 +44,8 @@ void View::setMouseEnabled(bool enabled) { mouseEnabled_ = enabled; }
 
 bool View::isMouseEnabled() const { return mouseEnabled_; }
 
-void View::setMouseArea(const Rect& area) { mouseArea_ = area; }
-
-void View::getMouseArea(Rect& area) const { area = mouseArea_; }
-
 // The mouse area is kept for views that want it; hits are decided by the bounds alone.
 bool View::hitTest(Point where) const { return bounds_.contains(where); }
-
-void View::setTransparent(bool transparent) { transparent_ = transparent; }
-
-bool View::isTransparent() const { return transparent_; }
 
 void View::setBounds(const Rect& bounds) {
     bounds_ = bounds;
@@ -63,8 +55,6 @@ void View::setBounds(const Rect& bounds) {
 void View::setFrame(EditorFrame* frame) { frame_ = frame; }
 
 void View::setParentView(View* parent) { parentView_ = parent; }
-
-EditorBase* View::getEditor() const { return frame_ ? frame_->getEditorBase() : nullptr; }
 
 bool View::onRemoved(View*) { return true; }
 

@@ -33,15 +33,10 @@ public:
     virtual void setDirty(bool dirty = true);
     virtual void setMouseEnabled(bool enabled);
     virtual bool isMouseEnabled() const;
-    virtual void setMouseArea(const Rect& area);
-    virtual void getMouseArea(Rect& area) const;
     virtual bool hitTest(Point where) const;
-    virtual void setTransparent(bool transparent);
-    virtual bool isTransparent() const;
     virtual void setBounds(const Rect& bounds);
     virtual void setFrame(EditorFrame* frame);
     virtual void setParentView(View* parent);
-    virtual EditorBase* getEditor() const;
     virtual bool onRemoved(View* parent);
     virtual bool onAdded(View* parent);
     virtual void release();
@@ -50,7 +45,6 @@ public:
 
     const Rect& getBounds() const { return bounds_; }
     EditorFrame* getFrame() const { return frame_; }
-    View* getParentView() const { return parentView_; }
 
 protected:
     ~View() override;

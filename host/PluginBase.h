@@ -81,7 +81,6 @@ public:
 
     // Host calls: each passes the effect record and answers the host's result, or 0 without a host.
     vst2::intptr callHost(int opcode, int index = 0, vst2::intptr value = 0, void* ptr = nullptr, float opt = 0.0f);
-    vst2::intptr masterVersion() { return callHost(vst2::audioMasterVersion); }
     void masterIdle() { callHost(vst2::audioMasterIdle); }
     void wantEvents() { callHost(vst2::audioMasterWantMidi, 0, 1); }
     const vst2::VstTimeInfo* getTimeInfo(int flags);

@@ -417,8 +417,9 @@ void SynthPlugin::showProgramStatus(int program, TextWriter writer) {
 void SynthPlugin::setProgram(int program) {
     if (program >= kNumPrograms) return;
     if (program < 0) {
-        synthEditor_->showStatus("", "");
-        runEditorCommand(program);
+        // The host's way to the editor's commands.
+        if (program >= kLastEditorCommand) runCommand(static_cast<EditorCommand>(program));
+        else synthEditor_->showStatus("", "");
         return;
     }
     curProgram_.store(program, std::memory_order_relaxed);
@@ -476,22 +477,25 @@ bool SynthPlugin::getProgramNameIndexed(int /*category*/, int index, char* text)
     return true;
 }
 
-void SynthPlugin::runEditorCommand(int command) {
+void SynthPlugin::runCommand(EditorCommand command) {
+    synthEditor_->showStatus("", "");
     switch (command) {
-        case -1:
-            // Recall: select the current program again, discarding the edits.
+        case EditorCommand::Recall:
             setProgram(curProgram_.load(std::memory_order_relaxed));
             break;
-        case -2: {
-            // Init: the init sound into the edit buffer, keeping the program number.
+        case EditorCommand::Init: {
+            // The init sound into the edit buffer, keeping the program number.
             ProgramRecord init = factoryProgram(kNumPrograms - 1);
             applyProgramFromFile(init);
             synthEditor_->showStatus("Init program", "");
             break;
         }
-        default:
-            fileCommands_->run(command);
-            break;
+        case EditorCommand::LoadProgram: fileCommands_->run(FileAction::Load, FileKind::Program); break;
+        case EditorCommand::LoadBank: fileCommands_->run(FileAction::Load, FileKind::Bank); break;
+        case EditorCommand::LoadMaps: fileCommands_->run(FileAction::Load, FileKind::ControllerMap); break;
+        case EditorCommand::SaveProgram: fileCommands_->run(FileAction::Save, FileKind::Program); break;
+        case EditorCommand::SaveBank: fileCommands_->run(FileAction::Save, FileKind::Bank); break;
+        case EditorCommand::SaveMaps: fileCommands_->run(FileAction::Save, FileKind::ControllerMap); break;
     }
 }
 

@@ -51,6 +51,7 @@ public:
     void process(float** inputs, float** outputs, int frames) override;
     void processReplacing(float** inputs, float** outputs, int frames) override;
     void setProgram(int program) override;
+    void runCommand(EditorCommand command) override;
     int getProgram() override { return curProgram_.load(std::memory_order_relaxed); }
     void setProgramName(const char* name) override;
     void getProgramName(char* name) override;
@@ -106,7 +107,6 @@ public:
     SynthEngine& engine() { return *engine_; }
     ControllerRouter& router() { return *router_; }
     SynthEditor& synthEditor() { return *synthEditor_; }
-    const ParameterTable& parameterTable() const { return table_; }
     std::uint32_t tick() const { return tick_; }
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
@@ -166,7 +166,6 @@ private:
     void storeValue(int index, float value) {
         values_[static_cast<std::size_t>(index)].store(value, std::memory_order_relaxed);
     }
-    void runEditorCommand(int command);
     void applySessionState(const SessionState& state);
 
     ParameterTable table_;

@@ -30,7 +30,6 @@ public:
     void setMapControl(int map, int controller);
     void setMapParameter(int map, int parameter);
     int mapControl(int map) const { return mapControl_[static_cast<std::size_t>(map)]; }
-    int mapParameter(int map) const { return mapParameter_[static_cast<std::size_t>(map)]; }
 
     void controlChange(int controller, int value) override;
     void programChange(int program) override;

@@ -20,19 +20,8 @@ void FileCommands::showFailure(FileResult result) {
     target_.showStatus(fileResultFirstLine(result), fileResultSecondLine(result));
 }
 
-bool FileCommands::run(int command) {
-    bool save;
-    FileKind kind;
-    switch (command) {
-    case kCommandLoadProgram: save = false; kind = FileKind::Program; break;
-    case kCommandLoadBank: save = false; kind = FileKind::Bank; break;
-    case kCommandLoadControllerMap: save = false; kind = FileKind::ControllerMap; break;
-    case kCommandSaveProgram: save = true; kind = FileKind::Program; break;
-    case kCommandSaveBank: save = true; kind = FileKind::Bank; break;
-    case kCommandSaveControllerMap: save = true; kind = FileKind::ControllerMap; break;
-    default: return false;
-    }
-
+void FileCommands::run(FileAction action, FileKind kind) {
+    const bool save = action == FileAction::Save;
     DialogChoice choice = save ? dialogs_.openSave(kind) : dialogs_.openLoad(kind);
     switch (choice.outcome) {
     case DialogChoice::Outcome::Cancelled: break;
@@ -45,7 +34,6 @@ bool FileCommands::run(int command) {
         }
         break;
     }
-    return true;
 }
 
 FileResult FileCommands::loadFile(FileKind kind, const std::string& path) {

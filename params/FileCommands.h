@@ -12,15 +12,7 @@
 
 namespace tolvane {
 
-// The editor sends these through the plug-in's program selection.
-enum FileCommand : int {
-    kCommandLoadProgram = -3,
-    kCommandLoadBank = -4,
-    kCommandLoadControllerMap = -5,
-    kCommandSaveProgram = -6,
-    kCommandSaveBank = -7,
-    kCommandSaveControllerMap = -8,
-};
+enum class FileAction { Load, Save };
 
 // What the file commands read from and change in the plug-in.
 class FileCommandTarget {
@@ -45,9 +37,8 @@ class FileCommands {
 public:
     FileCommands(FileCommandTarget& target, FileDialogs& dialogs) : target_(target), dialogs_(dialogs) {}
 
-    // Runs one of the six commands: asks for a file, then loads or saves it. A cancelled dialog does
-    // nothing and shows nothing. Answers false, doing nothing, for any other command number.
-    bool run(int command);
+    // Asks for a file, then loads or saves it. A cancelled dialog does nothing and shows nothing.
+    void run(FileAction action, FileKind kind);
 
     // Reads and checks the whole file, then changes the plug-in; a file that fails any check changes
     // nothing. Shows what was loaded, or why not.

@@ -34,6 +34,7 @@ public:
     void label(char* text) const override;
     void fullText(float v, char* text) const override;
     int count() const { return options_.count(); }
+    const OptionList& options() const { return options_; }
 
 private:
     const OptionList& options_;

@@ -52,17 +52,16 @@ constexpr int offeredController(int c) { return (c == 64 || c == 120 || c == 123
 constexpr const char* kConnectionSourceShort[4] = {"E1", "E2", "L1", "L2"};
 constexpr const char* kConnectionSourceLong[4] = {"ENV1", "ENV2", "LFO1", "LFO2"};
 
-constexpr auto makeOscConnections() {
-    constexpr const char* targetShort[8] = {"N", "P", "W", "PW", "F", "PF", "WF", "PWF"};
-    constexpr const char* targetLong[8] = {"(none)", "Frequency", "PWM", "Freq + PWM",
-                                           "FM", "Freq + FM", "PWM + FM", "Freq + PWM + FM"};
-    OptionTexts<32, 8, 32> t{};
-    for (int target = 0; target < 8; ++target) {
+// Every source with every target; a target of three letters leaves room for one arrow character only.
+template <int Targets>
+constexpr auto makeConnections(const char* const (&targetShort)[Targets], const char* const (&targetLong)[Targets]) {
+    OptionTexts<4 * Targets, 8, 32> t{};
+    for (int target = 0; target < Targets; ++target) {
         for (int source = 0; source < 4; ++source) {
             int i = 4 * target + source;
             t.shortTexts.append(i, kConnectionSourceShort[source]);
-            // The three-letter target leaves room for one arrow character only.
-            t.shortTexts.append(i, target == 7 ? ">" : "->");
+            const char* name = targetShort[target];
+            t.shortTexts.append(i, name[1] != 0 && name[2] != 0 ? ">" : "->");
             t.shortTexts.append(i, targetShort[target]);
             t.longTexts.append(i, kConnectionSourceLong[source]);
             t.longTexts.append(i, " -> ");
@@ -72,23 +71,14 @@ constexpr auto makeOscConnections() {
     return t;
 }
 
-constexpr auto makeFilterConnections() {
-    constexpr const char* targetShort[4] = {"N", "F", "R", "FR"};
-    constexpr const char* targetLong[4] = {"(none)", "Frequency", "Resonance", "Freq + Reso"};
-    OptionTexts<16, 8, 32> t{};
-    for (int target = 0; target < 4; ++target) {
-        for (int source = 0; source < 4; ++source) {
-            int i = 4 * target + source;
-            t.shortTexts.append(i, kConnectionSourceShort[source]);
-            t.shortTexts.append(i, "->");
-            t.shortTexts.append(i, targetShort[target]);
-            t.longTexts.append(i, kConnectionSourceLong[source]);
-            t.longTexts.append(i, " -> ");
-            t.longTexts.append(i, targetLong[target]);
-        }
-    }
-    return t;
-}
+constexpr const char* kOscTargetShort[8] = {"N", "P", "W", "PW", "F", "PF", "WF", "PWF"};
+constexpr const char* kOscTargetLong[8] = {"(none)", "Frequency", "PWM", "Freq + PWM",
+                                           "FM", "Freq + FM", "PWM + FM", "Freq + PWM + FM"};
+constexpr const char* kFilterTargetShort[4] = {"N", "F", "R", "FR"};
+constexpr const char* kFilterTargetLong[4] = {"(none)", "Frequency", "Resonance", "Freq + Reso"};
+
+constexpr auto makeOscConnections() { return makeConnections(kOscTargetShort, kOscTargetLong); }
+constexpr auto makeFilterConnections() { return makeConnections(kFilterTargetShort, kFilterTargetLong); }
 
 // ---------------------------------------------------------------------------------------------
 // LFO waveforms: bit 0 sine, 1 triangle, 2 sawtooth, 3 square, 4 sample-and-hold, 5 random.

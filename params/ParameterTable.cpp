@@ -7,115 +7,159 @@ namespace tolvane {
 
 using namespace param;
 
-ParameterTable::ParameterTable() {
+namespace {
+
+// How a parameter shows its value: through an option list, one of the table's formatters, or live
+// module state that the plug-in object displays.
+enum class Display : unsigned char {
+    Options, Live, Percent, KeyFollowPercent, LevelPercent, SignedPercent, DepthPercent, SaturationPercent,
+    OverdrivePercent, NoiseFiltered, DetuneCents, VoiceDetuneCents, Semitones, Cutoff, AttackSeconds,
+    DecaySeconds, CutHz, RateHz, Voices, Portamento, Reserved, MapParameter,
+};
+
+// Parameters first..last: their display and their steps (an option list's count when it has one).
+struct Row {
+    int first;
+    int last;
+    Display display;
+    const OptionList* options;
+    int steps;
+};
+
+constexpr Row one(int index, Display display, int steps = 0) { return {index, index, display, nullptr, steps}; }
+constexpr Row span(int first, int last, Display display, int steps = 0) { return {first, last, display, nullptr, steps}; }
+constexpr Row choice(int index, const OptionList& list) { return {index, index, Display::Options, &list, 0}; }
+constexpr Row choices(int first, int last, const OptionList& list) { return {first, last, Display::Options, &list, 0}; }
+
+constexpr Row kRows[] = {
     // Oscillators.
-    assign(Osc1Waveform, Osc1Waveform, &oscWaveforms_, oscWaveforms_.count());
-    assign(Osc1Sync, Osc1Sync, &offOn_, 2);
-    assign(Osc1PulseWidth, Osc1PulseWidth, &percent_, 0);
-    assign(Osc1Pitch, Osc1Pitch, &semitones_, 0);
-    assign(Osc1Detune, Osc1Detune, &detuneCents_, 0);
-    assign(Osc1KeyFollow, Osc1KeyFollow, &keyFollowPercent_, 0);
-    assign(Osc1ModAConnection, Osc1ModAConnection, &osc1Connections_, osc1Connections_.count());
-    assign(Osc1ModADepth, Osc1ModADepth, &depthPercent_, 0);
-    assign(Osc1ModAVelocitySens, Osc1ModAVelocitySens, &percent_, 0);
-    assign(Osc1ModBConnection, Osc1ModBConnection, &osc1Connections_, osc1Connections_.count());
-    assign(Osc1ModBDepth, Osc1ModBDepth, &depthPercent_, 0);
-    assign(Osc1ModBVelocitySens, Osc1ModBVelocitySens, &percent_, 0);
-
-    assign(Osc2Waveform, Osc2Waveform, &oscWaveforms_, oscWaveforms_.count());
-    assign(Osc2FmDepth, Osc2PulseWidth, &percent_, 0);
-    assign(Osc2Pitch, Osc2Pitch, &semitones_, 0);
-    assign(Osc2Detune, Osc2Detune, &detuneCents_, 0);
-    assign(Osc2KeyFollow, Osc2KeyFollow, &keyFollowPercent_, 0);
-    assign(Osc2ModAConnection, Osc2ModAConnection, &osc2Connections_, osc2Connections_.count());
-    assign(Osc2ModADepth, Osc2ModADepth, &depthPercent_, 0);
-    assign(Osc2ModAVelocitySens, Osc2ModAVelocitySens, &percent_, 0);
-    assign(Osc2ModBConnection, Osc2ModBConnection, &osc2Connections_, osc2Connections_.count());
-    assign(Osc2ModBDepth, Osc2ModBDepth, &depthPercent_, 0);
-    assign(Osc2ModBVelocitySens, Osc2ModBVelocitySens, &percent_, 0);
-
+    choice(Osc1Waveform, options::oscWaveforms),
+    choice(Osc1Sync, options::offOn),
+    one(Osc1PulseWidth, Display::Percent),
+    one(Osc1Pitch, Display::Semitones),
+    one(Osc1Detune, Display::DetuneCents),
+    one(Osc1KeyFollow, Display::KeyFollowPercent),
+    choice(Osc1ModAConnection, options::osc1Connections),
+    one(Osc1ModADepth, Display::DepthPercent),
+    one(Osc1ModAVelocitySens, Display::Percent),
+    choice(Osc1ModBConnection, options::osc1Connections),
+    one(Osc1ModBDepth, Display::DepthPercent),
+    one(Osc1ModBVelocitySens, Display::Percent),
+    choice(Osc2Waveform, options::oscWaveforms),
+    span(Osc2FmDepth, Osc2PulseWidth, Display::Percent),
+    one(Osc2Pitch, Display::Semitones),
+    one(Osc2Detune, Display::DetuneCents),
+    one(Osc2KeyFollow, Display::KeyFollowPercent),
+    choice(Osc2ModAConnection, options::osc2Connections),
+    one(Osc2ModADepth, Display::DepthPercent),
+    one(Osc2ModAVelocitySens, Display::Percent),
+    choice(Osc2ModBConnection, options::osc2Connections),
+    one(Osc2ModBDepth, Display::DepthPercent),
+    one(Osc2ModBVelocitySens, Display::Percent),
     // Mixer and filter.
-    assign(MixerOsc1Level, MixerNoiseLevel, &levelPercent_, 0);
-    assign(NoiseColor, NoiseColor, &noiseFiltered_, 0);
-    assign(FilterOn, FilterOn, &bypassOn_, 2);
-    assign(FilterType, FilterType, &filterTypes_, filterTypes_.count());
-    assign(FilterSaturationLevel, FilterSaturationLevel, &saturationPercent_, 0);
-    assign(FilterSaturationCurve, FilterSaturationCurve, &saturationCurves_, saturationCurves_.count());
-    assign(FilterCutoff, FilterCutoff, &cutoff_, 0);
-    assign(FilterResonance, FilterResonance, &percent_, 0);
-    assign(FilterKeyFollow, FilterKeyFollow, &keyFollowPercent_, 0);
-    assign(FilterModAConnection, FilterModAConnection, &filterConnections_, filterConnections_.count());
-    assign(FilterModADepth, FilterModADepth, &depthPercent_, 0);
-    assign(FilterModAVelocitySens, FilterModAVelocitySens, &percent_, 0);
-    assign(FilterModBConnection, FilterModBConnection, &filterConnections_, filterConnections_.count());
-    assign(FilterModBDepth, FilterModBDepth, &depthPercent_, 0);
-    assign(FilterModBVelocitySens, FilterModBVelocitySens, &percent_, 0);
-
+    span(MixerOsc1Level, MixerNoiseLevel, Display::LevelPercent),
+    one(NoiseColor, Display::NoiseFiltered),
+    choice(FilterOn, options::bypassOn),
+    choice(FilterType, options::filterTypes),
+    one(FilterSaturationLevel, Display::SaturationPercent),
+    choice(FilterSaturationCurve, options::saturationCurves),
+    one(FilterCutoff, Display::Cutoff),
+    one(FilterResonance, Display::Percent),
+    one(FilterKeyFollow, Display::KeyFollowPercent),
+    choice(FilterModAConnection, options::filterConnections),
+    one(FilterModADepth, Display::DepthPercent),
+    one(FilterModAVelocitySens, Display::Percent),
+    choice(FilterModBConnection, options::filterConnections),
+    one(FilterModBDepth, Display::DepthPercent),
+    one(FilterModBVelocitySens, Display::Percent),
     // Amplifier and envelopes.
-    assign(AmpModConnection, AmpModConnection, &ampConnections_, ampConnections_.count());
-    assign(AmpLfoDepth, AmpLfoDepth, &depthPercent_, 0);
-    assign(AmpVelocitySens, AmpVelocitySens, &percent_, 0);
-    for (int env = Env1Attack; env <= Env2Attack; env += Env2Attack - Env1Attack) {
-        assign(env, env, &attackSeconds_, 0);
-        assign(env + 1, env + 1, &attackCurves_, attackCurves_.count());
-        assign(env + 2, env + 2, &decaySeconds_, 0);
-        assign(env + 3, env + 3, &decayCurves_, decayCurves_.count());
-        assign(env + 4, env + 4, &percent_, 0);
-        assign(env + 5, env + 5, &decaySeconds_, 0);
-    }
-
-    // LFOs: mode and speed display live state, so only their step counts are kept here.
-    for (int lfo = Lfo1Waveform; lfo <= Lfo2Waveform; lfo += Lfo2Waveform - Lfo1Waveform) {
-        assign(lfo, lfo, &lfoWaveforms_, lfoWaveforms_.count());
-        assign(lfo + 1, lfo + 1, nullptr, options::lfoModes.count());
-        assign(lfo + 2, lfo + 2, nullptr, 0);
-        assign(lfo + 3, lfo + 3, &percent_, 0);
-    }
-
+    choice(AmpModConnection, options::ampConnections),
+    one(AmpLfoDepth, Display::DepthPercent),
+    one(AmpVelocitySens, Display::Percent),
+    one(Env1Attack, Display::AttackSeconds),
+    choice(Env1AttackCurve, options::attackCurves),
+    one(Env1Decay, Display::DecaySeconds),
+    choice(Env1DecayCurve, options::decayCurves),
+    one(Env1Sustain, Display::Percent),
+    one(Env1Release, Display::DecaySeconds),
+    one(Env2Attack, Display::AttackSeconds),
+    choice(Env2AttackCurve, options::attackCurves),
+    one(Env2Decay, Display::DecaySeconds),
+    choice(Env2DecayCurve, options::decayCurves),
+    one(Env2Sustain, Display::Percent),
+    one(Env2Release, Display::DecaySeconds),
+    // LFOs: mode and speed display live state; the modes still count their options.
+    choice(Lfo1Waveform, options::lfoWaveforms),
+    {Lfo1Mode, Lfo1Mode, Display::Live, &options::lfoModes, 0},
+    one(Lfo1Speed, Display::Live),
+    one(Lfo1Phase, Display::Percent),
+    choice(Lfo2Waveform, options::lfoWaveforms),
+    {Lfo2Mode, Lfo2Mode, Display::Live, &options::lfoModes, 0},
+    one(Lfo2Speed, Display::Live),
+    one(Lfo2Phase, Display::Percent),
     // Effect.
-    assign(EffectOn, EffectOn, &bypassOn_, 2);
-    assign(DelayTempoSync, DelayTempoSync, nullptr, 2);
-    assign(EffectMix, EffectMix, &percent_, 0);
-    assign(EffectDelayTime, EffectDelayTime, nullptr, 0);
-    assign(EffectDiffusion, EffectDiffusion, &percent_, 0);
-    assign(EffectFeedback, EffectFeedback, &signedPercent_, 0);
-    assign(EffectFeedbackConnection, EffectFeedbackConnection, &feedbackConnections_, 2);
-    assign(EffectOverdrive, EffectOverdrive, &overdrivePercent_, 0);
-    assign(EffectLowCut, EffectHighCut, &cutHz_, 0);
-    assign(EffectModSpeed, EffectModSpeed, &rateHz_, 0);
-    assign(EffectModDepth, EffectModDepth, &percent_, 0);
-
+    choice(EffectOn, options::bypassOn),
+    one(DelayTempoSync, Display::Live, 2),
+    one(EffectMix, Display::Percent),
+    one(EffectDelayTime, Display::Live),
+    one(EffectDiffusion, Display::Percent),
+    one(EffectFeedback, Display::SignedPercent),
+    choice(EffectFeedbackConnection, options::feedbackConnections),
+    one(EffectOverdrive, Display::OverdrivePercent),
+    span(EffectLowCut, EffectHighCut, Display::CutHz),
+    one(EffectModSpeed, Display::RateHz),
+    one(EffectModDepth, Display::Percent),
     // Voices and performance.
-    assign(NumberOfVoices, NumberOfVoices, &voices_, VoicesFormatter::kCount);
-    assign(Unison, Legato, &offOn_, 2);
-    assign(VoiceDetune, VoiceDetune, &voiceDetuneCents_, 0);
-    assign(Portamento, Portamento, &portamento_, 0);
-    assign(OutputVolume, OutputVolume, &levelPercent_, 0);
-
+    one(NumberOfVoices, Display::Voices, VoicesFormatter::kCount),
+    choices(Unison, Legato, options::offOn),
+    one(VoiceDetune, Display::VoiceDetuneCents),
+    one(Portamento, Display::Portamento),
+    one(OutputVolume, Display::LevelPercent),
     // Assignable modulation slots.
-    assign(ModDepth1, ModDepth1 + 7, &depthPercent_, 0);
-    assign(ModSens1, ModSens1 + 7, &percent_, 0);
-    assign(ModSource1, ModSource1 + 7, &modSources_, modSources_.count());
-    assign(ModSensSource1, ModSensSource1 + 7, &modSensSources_, modSensSources_.count());
-    assign(ModDestination1, ModDestination1 + 7, &modDestinations_, modDestinations_.count());
-
+    span(ModDepth1, ModDepth1 + 7, Display::DepthPercent),
+    span(ModSens1, ModSens1 + 7, Display::Percent),
+    choices(ModSource1, ModSource1 + 7, options::modSources),
+    choices(ModSensSource1, ModSensSource1 + 7, options::modSensSources),
+    choices(ModDestination1, ModDestination1 + 7, options::modDestinations),
     // MIDI.
-    assign(MasterTune, MasterTune, &detuneCents_, 0);
-    assign(PitchBendRange, PitchBendRange, &bendRanges_, bendRanges_.count());
-    assign(MidiChannel, MidiChannel, &midiChannels_, midiChannels_.count());
-
-    assign(kFirstReserved, kFirstMapParameter - 1, &reserved_, 0);
-
+    one(MasterTune, Display::DetuneCents),
+    choice(PitchBendRange, options::bendRanges),
+    choice(MidiChannel, options::midiChannels),
+    span(kFirstReserved, kFirstMapParameter - 1, Display::Reserved),
     // Controller maps.
-    assign(MapControl1, MapControl1 + kNumControllerMaps - 1, &controllerNames_, controllerNames_.count());
-    assign(MapParameter1, MapParameter1 + kNumControllerMaps - 1, &mapParameter_, MapParameterFormatter::kSteps);
+    choices(MapControl1, MapControl1 + kNumControllerMaps - 1, options::controllerNames),
+    span(MapParameter1, MapParameter1 + kNumControllerMaps - 1, Display::MapParameter, MapParameterFormatter::kSteps),
+};
+
+}  // namespace
+
+ParameterTable::ParameterTable() {
+    // In the order of Display, from Live.
+    const ValueFormatter* const formatters[] = {
+        nullptr,           &percent_,           &keyFollowPercent_, &levelPercent_,     &signedPercent_,
+        &depthPercent_,    &saturationPercent_, &overdrivePercent_, &noiseFiltered_,    &detuneCents_,
+        &voiceDetuneCents_, &semitones_,        &cutoff_,           &attackSeconds_,    &decaySeconds_,
+        &cutHz_,           &rateHz_,            &voices_,           &portamento_,       &reserved_,
+        &mapParameter_};
+    static_assert(sizeof formatters / sizeof *formatters == static_cast<std::size_t>(Display::MapParameter),
+                  "a formatter for every display but the option lists");
+    optionFormatters_.reserve(sizeof kRows / sizeof *kRows);
+    for (const Row& row : kRows) {
+        const ValueFormatter* formatter = row.display == Display::Options
+                                              ? &optionFormatter(*row.options)
+                                              : formatters[static_cast<int>(row.display) - 1];
+        const int steps = row.options ? row.options->count() : row.steps;
+        for (int i = row.first; i <= row.last; ++i) {
+            formatters_[i] = formatter;
+            steps_[i] = steps;
+        }
+    }
 }
 
-void ParameterTable::assign(int first, int last, const ValueFormatter* formatter, int steps) {
-    for (int i = first; i <= last; ++i) {
-        formatters_[i] = formatter;
-        steps_[i] = steps;
-    }
+const OptionFormatter& ParameterTable::optionFormatter(const OptionList& options) {
+    for (const OptionFormatter& f : optionFormatters_)
+        if (&f.options() == &options) return f;
+    return optionFormatters_.emplace_back(options);
 }
 
 const char* ParameterTable::longName(int index) const { return parameterLongName(index); }

@@ -7,6 +7,8 @@
 // value to the engine are not here either: the plug-in object owns those.
 #pragma once
 
+#include <vector>
+
 #include "params/Formatters.h"
 #include "dsp/Mappings.h"
 #include "params/ParameterIds.h"
@@ -38,29 +40,12 @@ public:
     static bool isTempoAware(int index);
 
 private:
-    void assign(int first, int last, const ValueFormatter* formatter, int steps);
+    // The formatter of an option list, made once per list.
+    const OptionFormatter& optionFormatter(const OptionList& options);
 
     ValueMappings mappings_;
-
-    OptionFormatter offOn_{options::offOn};
-    OptionFormatter bypassOn_{options::bypassOn};
-    OptionFormatter oscWaveforms_{options::oscWaveforms};
-    OptionFormatter osc1Connections_{options::osc1Connections};
-    OptionFormatter osc2Connections_{options::osc2Connections};
-    OptionFormatter filterTypes_{options::filterTypes};
-    OptionFormatter saturationCurves_{options::saturationCurves};
-    OptionFormatter filterConnections_{options::filterConnections};
-    OptionFormatter ampConnections_{options::ampConnections};
-    OptionFormatter attackCurves_{options::attackCurves};
-    OptionFormatter decayCurves_{options::decayCurves};
-    OptionFormatter lfoWaveforms_{options::lfoWaveforms};
-    OptionFormatter feedbackConnections_{options::feedbackConnections};
-    OptionFormatter modSources_{options::modSources};
-    OptionFormatter modSensSources_{options::modSensSources};
-    OptionFormatter modDestinations_{options::modDestinations};
-    OptionFormatter bendRanges_{options::bendRanges};
-    OptionFormatter midiChannels_{options::midiChannels};
-    OptionFormatter controllerNames_{options::controllerNames};
+    // Reserved for one per row of the table, so that the pointers to them stay valid.
+    std::vector<OptionFormatter> optionFormatters_;
 
     PercentFormatter percent_{mappings_.unit, false};
     PercentFormatter keyFollowPercent_{mappings_.doubled, false};

@@ -38,9 +38,6 @@ public:
     void clear();
 
     int bufferLength() const { return static_cast<int>(buffer_.size()); }
-    double maxDelaySamples() const { return maxDelay_; }
-    // The delay of the last block in samples, -1 before the first block after a clear.
-    double previousDelay() const { return previousDelay_; }
 
 private:
     void resize();

@@ -80,8 +80,6 @@ public:
 
     // Read by tests and tools.
     const DelayLine& delayLine(int channel) const { return channels_[static_cast<std::size_t>(channel)].delay; }
-    int feedbackConnection() const { return connection_; }
-    bool wetPathResting() const { return resting_; }
 
 private:
     struct Channel {

@@ -47,7 +47,6 @@ public:
     DspModule* input(int k) const { return inputs_[static_cast<std::size_t>(k)]; }
     virtual void setInput(int k, DspModule* source) { inputs_[static_cast<std::size_t>(k)] = source; }
 
-    OutputKind outputKind() const { return kind_; }
     // A hint from block-output units: every sample of this block equals the first (silence, typically).
     // Consumers may then do a block's work once; units that never set it are simply not steady.
     bool steadyBlock() const { return steady_; }

@@ -33,8 +33,6 @@ public:
     // Every rule-1 container follows the voice count; counts propagate downstream.
     virtual void setVoiceCount(int n);
 
-    int moduleCount() const { return moduleCount_; }
-    int containerCount() const { return containerCount_; }
     NodePool<ConsumerLink>& consumerPool() { return consumerPool_; }
     // The random generator shared by every unit of this engine.
     UniformRandom& random() { return random_; }

@@ -41,9 +41,6 @@ public:
         --inUse_;
     }
 
-    int chunkCount() const { return static_cast<int>(chunks_.size()); }
-    int nodesInUse() const { return inUse_; }
-
 private:
     void grow() {
         chunks_.emplace_back(new Node[kChunkNodes]);

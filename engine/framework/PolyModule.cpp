@@ -50,37 +50,18 @@ void PolyModule::setVoices(int n) {
     propagate();
 }
 
-void PolyModule::setLayers(int n) {
-    if (rule_ != kRuleVoicesFromInputsOwnerLayers && rule_ != kRuleOwnerVoices) return;
-    n = std::max(1, n);
-    if (n == layers_) return;
-    layers_ = n;
-    propagate();
-}
-
 void PolyModule::deriveCounts(int k) {
-    int maxVoices = 1;
-    int maxLayers = 1;
-    for (PolyModule* in : inputs_) {
-        if (!in) continue;
-        maxVoices = std::max(maxVoices, in->voices_);
-        maxLayers = std::max(maxLayers, in->layers_);
-    }
     int voices = voices_;
-    int layers = layers_;
-    switch (rule_) {
-        case kRuleFromInputs: voices = maxVoices; layers = maxLayers; break;
-        case kRuleGraphVoices:
-        case kRuleOwnerVoices: layers = maxLayers; break;
-        case kRuleVoicesFromInputs:
-        case kRuleVoicesFromInputsOwnerLayers: voices = maxVoices; break;
+    if (rule_ == kRuleFromInputs) {
+        voices = 1;
+        for (PolyModule* in : inputs_)
+            if (in) voices = std::max(voices, in->voices_);
     }
-    if (voices == voices_ && layers == layers_) {
+    if (voices == voices_) {
         wireInput(k);
         return;
     }
     voices_ = voices;
-    layers_ = layers;
     propagate();
 }
 
@@ -91,7 +72,7 @@ void PolyModule::propagate() {
 }
 
 void PolyModule::rebuildInstances() {
-    std::size_t wanted = static_cast<std::size_t>(std::max(voices_, kPrebuiltVoices) * layers_);
+    std::size_t wanted = static_cast<std::size_t>(std::max(voices_, kPrebuiltVoices));
     if (!built_) {
         instances_.reserve(wanted);
         built_ = true;
@@ -104,11 +85,10 @@ void PolyModule::rebuildInstances() {
 
 void PolyModule::wireInput(int k) {
     PolyModule* source = inputs_[static_cast<std::size_t>(k)];
-    for (int a = 0; a < voices_; ++a)
-        for (int b = 0; b < layers_; ++b) {
-            DspModule* target = instance(a, b);
-            if (k < target->numInputs()) target->setInput(k, source ? source->instance(a, b) : nullptr);
-        }
+    for (int v = 0; v < voices_; ++v) {
+        DspModule* target = instance(v);
+        if (k < target->numInputs()) target->setInput(k, source ? source->instance(v) : nullptr);
+    }
 }
 
 void PolyModule::resetInstances(int tick) {

@@ -1,12 +1,10 @@
-// A container of unit instances: one per voice (and layer) for units that depend on a key,
-// a single shared one for units fed only by shared sources.
+// A container of unit instances: one per voice for units that depend on a key, a single shared one for
+// units fed only by shared sources.
 //
-// Counts follow a rule fixed at construction:
-//   0  voices and layers are the largest among the connected inputs (at least 1);
-//   1  voices follow the graph's voice count, layers the inputs;
-//   2  voices are set by the owner, layers follow the inputs;
-//   3  voices follow the inputs, layers stay;
-//   4  voices follow the inputs, layers are set by the owner.
+// The voice count follows a rule fixed at construction:
+//   0  the largest among the connected inputs (at least 1);
+//   1  the graph's voice count;
+//   2  set by the owner.
 // A change re-creates the missing instances, re-wires every input and repeats the derivation on every
 // consumer, so a per-voice source makes everything downstream of it per voice.
 //
@@ -23,8 +21,7 @@
 
 namespace tolvane {
 
-enum PolyRule : int { kRuleFromInputs = 0, kRuleGraphVoices = 1, kRuleOwnerVoices = 2, kRuleVoicesFromInputs = 3,
-                      kRuleVoicesFromInputsOwnerLayers = 4 };
+enum PolyRule : int { kRuleFromInputs = 0, kRuleGraphVoices = 1, kRuleOwnerVoices = 2 };
 
 class PolyModule {
 public:
@@ -45,35 +42,27 @@ public:
 
     // Rules 1 and 2: the voice count from outside.
     void setVoices(int n);
-    // Rule 4 (and 2): the layer count from outside.
-    void setLayers(int n);
 
     int voices() const { return voices_; }
-    int layers() const { return layers_; }
     PolyRule rule() const { return rule_; }
-    int instancesInUse() const { return voices_ * layers_; }
+    int instancesInUse() const { return voices_; }
     int instancesAllocated() const { return static_cast<int>(instances_.size()); }
 
-    // Instance (a, b) is element (a mod V) L + (b mod L): a source with fewer voices is shared.
-    DspModule* instance(int voice, int layer = 0) const {
-        int a = voice % voices_;
-        int b = layer % layers_;
-        return instances_[static_cast<std::size_t>(a * layers_ + b)].get();
-    }
+    // The instance of voice v is element v mod V: a source with fewer voices is shared.
+    DspModule* instance(int voice) const { return instances_[static_cast<std::size_t>(voice % voices_)].get(); }
     DspModule* instanceAt(int index) const { return instances_[static_cast<std::size_t>(index)].get(); }
 
     // reset(tick) / update(tick) of every instance in use, in index order.
     void resetInstances(int tick);
     void updateInstances(int tick);
 
-    int consumerCount() const { return consumers_.size(); }
     ModuleGraph& graph() const { return *graph_; }
 
 protected:
-    // Creates instances until voices x layers (and the prebuilt capacity) exist. Containers that push
+    // Creates instances until the voice count (and the prebuilt capacity) exist. Containers that push
     // settings into their instances repeat the push for new instances in newInstance().
     virtual void rebuildInstances();
-    // Points input k of every instance in use at the source's instance of the same voice and layer.
+    // Points input k of every instance in use at the source's instance of the same voice.
     virtual void wireInput(int k);
     // Called for every instance right after it is created.
     virtual void newInstance(DspModule&) {}
@@ -93,7 +82,6 @@ private:
     PoolList<ConsumerLink> consumers_;
     PolyRule rule_;
     int voices_ = 1;
-    int layers_ = 1;
     std::vector<std::unique_ptr<DspModule>> instances_;
     Factory factory_;
     bool built_ = false;
@@ -110,7 +98,7 @@ public:
         build();
     }
 
-    T& at(int voice, int layer = 0) const { return static_cast<T&>(*instance(voice, layer)); }
+    T& at(int voice) const { return static_cast<T&>(*instance(voice)); }
     T& allocatedAt(int index) const { return static_cast<T&>(*instanceAt(index)); }
 
     // Applies f to every allocated instance (in use or not), so that settings survive count changes.

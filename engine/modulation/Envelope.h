@@ -70,8 +70,6 @@ public:
     }
 
     int stage() const { return stage_; }
-    int totalSteps() const { return totalSteps_; }
-    int remainingSteps() const { return remainingSteps_; }
 
 private:
     // Plans a segment from p to q over the fraction of time t, with the current stage's curvature.

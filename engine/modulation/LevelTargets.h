@@ -37,7 +37,6 @@ public:
     enum Input { kEnvelope, kVelocity, kLfo, kModulation, kNumInputs };
     explicit AmpGain(ModuleGraph& graph) : DspModule(graph, OutputKind::Scalar, kNumInputs) {}
     void setLfoDepth(float depth) { lfoDepth_ = depth; }
-    float lfoDepth() const { return lfoDepth_; }
     // A closed envelope makes the amplitude 0 whatever the other inputs say; they are not pulled then.
     void updateBlock(int tick) override {
         lastTick_ = tick;

@@ -192,6 +192,5 @@ void ModSlots::refreshSources() {
 Poly<ModSlotUnit>& ModSlots::slot(int s) { return slots_[static_cast<std::size_t>(s)]->unit; }
 int ModSlots::source(int s) const { return slots_[static_cast<std::size_t>(s)]->source; }
 int ModSlots::sensSource(int s) const { return slots_[static_cast<std::size_t>(s)]->sensSource; }
-int ModSlots::destinationOf(int s) const { return slots_[static_cast<std::size_t>(s)]->destination; }
 
 }  // namespace tolvane

@@ -107,7 +107,6 @@ public:
     Poly<ModSlotUnit>& slot(int s);
     int source(int s) const;
     int sensSource(int s) const;
-    int destinationOf(int s) const;
 
 private:
     struct Slot;

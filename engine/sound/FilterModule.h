@@ -44,7 +44,6 @@ public:
     // The values the last block ended on.
     const float* coefficients() const { return previous_.data(); }
     float previousCutoff() const { return previousCutoff_; }
-    float previousResonance() const { return previousResonance_; }
     float previousLevel() const { return previousLevel_; }
     float sectionState(int i) const { return state_[static_cast<std::size_t>(i)]; }
 

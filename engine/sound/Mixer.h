@@ -28,9 +28,6 @@ public:
     void updateInputs(int tick) override;
     void compute() override;
 
-    // Bit i set: channel i was active in the previous block.
-    unsigned previousMask() const { return previousMask_; }
-
 private:
     void forget() {
         gains_.fill(0.0f);

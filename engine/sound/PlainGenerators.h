@@ -137,8 +137,6 @@ public:
                          int initialCount = kUnsetCount)
         : PlainGenerator(graph, numInputs), previousCount_(initialCount) {}
 
-    int previousHarmonicCount() const { return previousCount_; }
-
 protected:
     void resetInterpolation() override {
         PlainGenerator::resetInterpolation();

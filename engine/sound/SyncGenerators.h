@@ -20,7 +20,6 @@ public:
     SyncGenerator(ModuleGraph& graph, int numInputs)
         : PlainGenerator(graph, numInputs), master_(graph.random().unipolar()) {}
 
-    float masterPhase() const { return master_; }
     void setMasterPhase(float m) { master_ = m; }
 
 protected:
@@ -67,8 +66,6 @@ template <class Shape>
 class MiddleSyncGenerator : public SyncGenerator {
 public:
     explicit MiddleSyncGenerator(ModuleGraph& graph) : SyncGenerator(graph, 3) {}
-
-    bool inTransition() const { return !naturalWrap_; }
 
 protected:
     void resetInterpolation() override {

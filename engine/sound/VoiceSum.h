@@ -36,7 +36,6 @@ public:
     // Voice slots looked at per block: the larger voice count of the two sources.
     int slotCount() const;
     float previousAmplitude(int slot) const { return previous_[static_cast<std::size_t>(slot)]; }
-    bool previouslyAudible(int slot) const { return audible_[static_cast<std::size_t>(slot)]; }
     // Voices whose audio was pulled in the last block.
     int voicesRendered() const { return rendered_; }
 

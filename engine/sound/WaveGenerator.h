@@ -27,7 +27,6 @@ enum WaveformIndex : int {
 enum class Waveform { Sine, Triangle, Sawtooth, Pulse };
 enum class Quality { Low, Middle, High };
 inline Waveform waveformOf(int index) { return static_cast<Waveform>(index / 3); }
-inline Quality qualityOf(int index) { return static_cast<Quality>(index % 3); }
 
 // Plain generators (OSC1 without sync), hard-synced generators (OSC1 with sync), phase-modulated
 // generators (OSC2).

@@ -91,7 +91,6 @@ public:
     const ControlTargets& controls() const { return controls_; }
     // The audio sections (units 12 to 17).
     OscillatorSection& oscillator(int osc) { return osc == 0 ? *osc1_ : *osc2_; }
-    MixerSection& mixerSection() { return *mixerSection_; }
     FilterSection& filter() { return *filter_; }
     AmpSection& amp() { return *amp_; }
     EffectUnit& effect() { return *effect_; }
@@ -100,13 +99,7 @@ public:
     const Lfo& lfo(int lfo) const { return lfo == 0 ? lfo1_ : lfo2_; }
     ModSlots& slots() { return slots_; }
     ModRoutes& oscRoutes(int osc) { return osc == 0 ? osc1Routes_ : osc2Routes_; }
-    ModRoutes& filterRoutes() { return filterRoutes_; }
     Portamento& portamento() { return portamento_; }
-    PitchUnit& pitchUnit() { return pitch_; }
-    // The LFO's tempo division in use (-1 while it runs at its free rate) and the tempo it syncs to,
-    // for the speed display.
-    int lfoDivision(int lfo) const { return this->lfo(lfo).divisionInUse(); }
-    float lfoTempo(int lfo) const { return this->lfo(lfo).tempo(); }
 
     // Host tempo in beats per minute, or -1 when the host gives none.
     void setTempo(float bpm);

@@ -82,12 +82,6 @@ public:
     int heldKeyCount() const { return heldKeys_.size(); }
     int playingVoiceCount() const { return playingVoices_.size(); }
     int freeVoiceCount() const { return freeVoices_.size(); }
-    template <typename F> void forEachPlayingVoice(F f) const {
-        for (auto* n = playingVoices_.front(); n; n = n->next) f(n->payload);
-    }
-    template <typename F> void forEachFreeVoice(F f) const {
-        for (auto* n = freeVoices_.front(); n; n = n->next) f(n->payload);
-    }
 
 protected:
     void applyEvent(const MidiEventEntry& e);

@@ -358,22 +358,25 @@ void LinuxWindow::editClosed(LinuxTextEdit* edit) {
 
 // ---- drops (XDND): accept text/uri-list and plain text, report them with the drop point
 
+// XdndStatus (whether a drop would be taken) and XdndFinished (whether it was) to the drag's source.
+void LinuxWindow::replyToDndSource(Atom type, long accept, Atom action) {
+    XEvent out{};
+    out.xclient.type = ClientMessage;
+    out.xclient.display = display_;
+    out.xclient.window = dndSource_;
+    out.xclient.message_type = type;
+    out.xclient.format = 32;
+    out.xclient.data.l[0] = static_cast<long>(window_);
+    out.xclient.data.l[1] = accept;
+    out.xclient.data.l[2] = type == xdndFinished_ ? static_cast<long>(action) : 0;
+    out.xclient.data.l[4] = type == xdndStatus_ ? static_cast<long>(action) : 0;
+    XErrorTrap trap(display_);
+    XSendEvent(display_, dndSource_, False, NoEventMask, &out);
+    XFlush(display_);
+}
+
 void LinuxWindow::handleDndMessage(const XClientMessageEvent& message) {
-    auto reply = [&](Atom type, long accept, Atom action) {
-        XEvent out{};
-        out.xclient.type = ClientMessage;
-        out.xclient.display = display_;
-        out.xclient.window = dndSource_;
-        out.xclient.message_type = type;
-        out.xclient.format = 32;
-        out.xclient.data.l[0] = static_cast<long>(window_);
-        out.xclient.data.l[1] = accept;
-        out.xclient.data.l[2] = type == xdndFinished_ ? static_cast<long>(action) : 0;
-        out.xclient.data.l[4] = type == xdndStatus_ ? static_cast<long>(action) : 0;
-        XErrorTrap trap(display_);
-        XSendEvent(display_, dndSource_, False, NoEventMask, &out);
-        XFlush(display_);
-    };
+    auto reply = [this](Atom type, long accept, Atom action) { replyToDndSource(type, accept, action); };
     if (message.message_type == xdndEnter_) {
         dndSource_ = static_cast<Window>(message.data.l[0]);
         dndType_ = 0;
@@ -476,18 +479,7 @@ void LinuxWindow::handleDndSelection(const XSelectionEvent& selection) {
         items.push_back(payload);
     }
     if (!items.empty()) handler_.windowFilesDropped(items, kind, dndPoint_);
-    XEvent out{};
-    out.xclient.type = ClientMessage;
-    out.xclient.display = display_;
-    out.xclient.window = dndSource_;
-    out.xclient.message_type = xdndFinished_;
-    out.xclient.format = 32;
-    out.xclient.data.l[0] = static_cast<long>(window_);
-    out.xclient.data.l[1] = items.empty() ? 0 : 1;
-    out.xclient.data.l[2] = items.empty() ? None : static_cast<long>(xdndActionCopy_);
-    XErrorTrap trap(display_);
-    XSendEvent(display_, dndSource_, False, NoEventMask, &out);
-    XFlush(display_);
+    replyToDndSource(xdndFinished_, items.empty() ? 0 : 1, items.empty() ? None : xdndActionCopy_);
 }
 
 }  // namespace tolvane

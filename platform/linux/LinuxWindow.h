@@ -56,6 +56,7 @@ private:
     void flushExposes();
     // Drains the queue while something else runs: returns whether it painted.
     bool pumpNested();
+    void replyToDndSource(Atom type, long accept, Atom action);
     void handleDndMessage(const XClientMessageEvent& message);
     void handleDndSelection(const XSelectionEvent& selection);
 

@@ -125,15 +125,6 @@ void OffscreenWindow::wheel(Point where, float distance, int buttons) {
     buttons_ = 0;
 }
 
-void OffscreenWindow::dropFiles(const std::vector<std::string>& items, int kind, Point where) {
-    handler_.windowFilesDropped(items, kind, where);
-}
-
-void OffscreenWindow::destroyFromOutside() {
-    destroyed_ = true;
-    handler_.windowDestroyed();
-}
-
 void OffscreenWindow::typeText(const std::string& text) {
     if (activeEdit_) activeEdit_->text_ = text;
 }

@@ -57,12 +57,7 @@ public:
     int keyDown(const KeyCode& key);
     int keyUp(const KeyCode& key);
     void wheel(Point where, float distance, int buttons = 0);
-    void dropFiles(const std::vector<std::string>& items, int kind, Point where);
-    // The host destroyed the window behind the toolkit's back.
-    void destroyFromOutside();
 
-    // Menus: the next runPopupMenu answers the first queued id (or, without one, asks the chooser, else -1).
-    void queueMenuChoice(int id) { menuChoices_.push_back(id); }
     void setMenuChooser(std::function<int(const std::vector<MenuItem>&)> chooser) { menuChooser_ = std::move(chooser); }
     const std::vector<MenuItem>& lastMenu() const { return lastMenu_; }
     Point lastMenuPosition() const { return lastMenuPosition_; }
@@ -83,7 +78,6 @@ public:
     void* parent() const { return parent_; }
     CursorKind cursor() const { return cursor_; }
     int drawPasses() const { return drawPasses_; }
-    bool hasPendingPaint() const { return pendingPaint_; }
 
 private:
     friend class OffscreenTextEdit;
@@ -150,11 +144,9 @@ public:
     void advance(std::uint32_t milliseconds) { clock_ += milliseconds; }
     const std::vector<int>& sleeps() const { return sleeps_; }
     void clearSleeps() { sleeps_.clear(); }
-    void setDoubleClickTime(int milliseconds) { doubleClickTime_ = milliseconds; }
 
     // The most recently created window that is still alive, or null.
     OffscreenWindow* window() const { return windows_.empty() ? nullptr : windows_.back(); }
-    int windowsCreated() const { return created_; }
     int windowsAlive() const { return static_cast<int>(windows_.size()); }
 
 private:

@@ -15,7 +15,6 @@ namespace {
 TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
     namespace fs = std::filesystem;
     const fs::path root = fs::path(TOLVANE_SOURCE_DIR) / "fuzz" / "corpus";
-    int seeds = 0;
     for (const char* target :
          {"fuzz_program_reader", "fuzz_bank_reader", "fuzz_controller_map_reader", "fuzz_session_state_reader"}) {
         int inTarget = 0;
@@ -41,9 +40,7 @@ TEST(FuzzCorpus, EverySeedIsAFileItsReaderAccepts) {
             ++inTarget;
         }
         EXPECT_GE(inTarget, 2) << target;
-        seeds += inTarget;
     }
-    EXPECT_EQ(seeds, 9);
 }
 
 }  // namespace

@@ -94,13 +94,12 @@ TEST_F(RotaryKnobTest, AltReversesTheKnobModeForOneDrag) {
 
 TEST_F(RotaryKnobTest, ControlClickAtTheDefaultReportsNothingAndControlShiftDrags) {
     editor->setKnobMode(kLinearKnobMode);
-    knob->setValue(0.3f);
-    knob->setDefaultValue(0.3f);
+    knob->setValue(0.5f);  // the default value
     drag(Point{120, 60}, kLeftButton | kControlKey, {Point{120, 0}});
     EXPECT_TRUE(listener.values.empty());
     EXPECT_TRUE(host.begun.empty()) << "a click to the default is no drag";
     drag(Point{120, 60}, kLeftButton | kControlKey | kShiftKey, {Point{120, 0}});
-    EXPECT_NEAR(knob->getValue(), 0.3f + 60.0f / 300.0f, 1e-5);
+    EXPECT_NEAR(knob->getValue(), 0.5f + 60.0f / 300.0f, 1e-5);
 }
 
 TEST_F(RotaryKnobTest, WheelStepsByTheWheelStepAndStopsAtTheEndsWithoutReporting) {

@@ -23,13 +23,12 @@
 #include "gui/EmbeddedResources.h"
 #include "host/Vst2.h"
 #include "dsp/Mappings.h"
-#include "support/XServerForTests.h"
 #include "tools/render/EditorScreenshot.h"
 
 // Last: Xlib's macros would clash with names in the headers above.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
+#include "support/XTestUser.h"
 #if defined(TOLVANE_HAVE_XRES)
 #include <X11/extensions/XRes.h>
 #endif
@@ -59,18 +58,6 @@ vst2::intptr VST_CALL recordingHost(vst2::AEffect*, vst2::int32 opcode, vst2::in
     }
 }
 
-testing::XServerForTests gServer;
-std::string gSkipReason;
-
-class XServerEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        if (!gServer.start(gSkipReason) && gSkipReason.empty()) gSkipReason = "no X server";
-    }
-    void TearDown() override { gServer.stop(); }
-};
-const ::testing::Environment* const xserver = ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
-
 int openDescriptors() {
     int count = 0;
     if (DIR* dir = opendir("/proc/self/fd")) {
@@ -80,38 +67,12 @@ int openDescriptors() {
     return count;
 }
 
-// A second connection that plays the user.
-class User {
-public:
-    User() : display_(XOpenDisplay(nullptr)) {}
-    ~User() {
-        if (display_) XCloseDisplay(display_);
-    }
-    void moveTo(Point p) {
-        XTestFakeMotionEvent(display_, -1, p.h, p.v, 0);
-        XSync(display_, False);
-    }
-    void button(bool down) {
-        XTestFakeButtonEvent(display_, 1, down ? True : False, 0);
-        XSync(display_, False);
-    }
-    void click(Point p) {
-        moveTo(p);
-        button(true);
-        button(false);
-    }
-    static void pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
-private:
-    Display* display_;
-};
-
 // ---- the fixture: the module, one plug-in, and a host window for its editor
 
 class EditorInHostWindow : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!gSkipReason.empty()) GTEST_SKIP() << gSkipReason;
+        if (!testing::xServerSkipReason().empty()) GTEST_SKIP() << testing::xServerSkipReason();
         gCalls.clear();
         module_ = dlopen(TOLVANE_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(module_, nullptr) << dlerror();
@@ -260,16 +221,16 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     std::atomic<bool> finished{false};
     Point knob = onScreen(Point{65, 54});
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.moveTo(knob);
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.button(true);
-        User::pause(150);
+        testing::XTestUser::pause(150);
         for (int dy = 10; dy <= 40; dy += 10) {
             me.moveTo(Point{knob.h, knob.v - dy});
-            User::pause(40);
+            testing::XTestUser::pause(40);
         }
-        User::pause(150);
+        testing::XTestUser::pause(150);
         me.button(false);
         finished = true;
     });
@@ -285,7 +246,7 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
 
     // The page 2 tab.
     {
-        User me;
+        testing::XTestUser me;
         me.click(onScreen(Point{647, 296}));
     }
     ASSERT_TRUE(pageShown(2)) << "page 2 is not shown";
@@ -297,13 +258,13 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     Point menu = onScreen(Point{130, 70});
     Point item = onScreen(Point{136, 76 + 1 + 16 + 7 + 16 + 8});
     std::thread chooser([&] {
-        User me;
+        testing::XTestUser me;
         me.click(menu);
-        User::pause(400);
+        testing::XTestUser::pause(400);
         me.moveTo(Point{item.h, item.v - 10});
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.moveTo(item);
-        User::pause(50);
+        testing::XTestUser::pause(50);
         me.button(true);
         me.button(false);
         finished = true;
@@ -323,7 +284,7 @@ TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
     ASSERT_TRUE(pageShown(1));
     const float before = effect->getParameter(effect, 2);
     {
-        User me;
+        testing::XTestUser me;
         Point knob = onScreen(Point{65, 54});
         me.moveTo(knob);
         me.button(true);
@@ -382,11 +343,11 @@ TEST_F(EditorInHostWindow, FiftyOpenAndCloseRoundsAndClosingThePlugInLeaveNoXRes
         ASSERT_EQ(children(host).size(), 1u) << round;
         for (int i = 0; i < 3; ++i) {
             dispatch(vst2::effEditIdle);
-            User::pause(5);
+            testing::XTestUser::pause(5);
         }
         if (round % 10 == 5) {
             // Now and then with page 2 shown, and with the name field open.
-            User me;
+            testing::XTestUser me;
             me.click(onScreen(Point{647, 296}));
             me.click(onScreen(Point{420, 299}));
             idleUntil([&] { return false; }, 150);
@@ -395,7 +356,7 @@ TEST_F(EditorInHostWindow, FiftyOpenAndCloseRoundsAndClosingThePlugInLeaveNoXRes
         ASSERT_TRUE(children(host).empty()) << round;
     }
     XSync(display, False);
-    User::pause(100);
+    testing::XTestUser::pause(100);
     EXPECT_EQ(openDescriptors(), descriptors) << "every display connection was closed";
 #if defined(TOLVANE_HAVE_XRES)
     if (xres) {

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <fstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -361,6 +363,15 @@ TEST(SynthPlugin, FailedLoadChangesNothingAndMissingDialogIsReported) {
     f.dispatch(vst2::effSetProgram, 0, -5);
     f.status(l1, l2);
     EXPECT_EQ(l1, "") << "a command clears the status; a cancel shows nothing";
+
+    // The host's numbers -3..-8 are the file commands (load and save of a program, bank and maps); other
+    // negative numbers are no command.
+    f.dialogs->asked.clear();
+    for (int command = -3; command >= -9; --command) f.dispatch(vst2::effSetProgram, 0, command);
+    const std::vector<std::pair<FileKind, bool>> asked = {
+        {FileKind::Program, false}, {FileKind::Bank, false}, {FileKind::ControllerMap, false},
+        {FileKind::Program, true},  {FileKind::Bank, true},  {FileKind::ControllerMap, true}};
+    EXPECT_EQ(f.dialogs->asked, asked);
 }
 
 TEST(SynthPlugin, BankRoundTripReplacesTheCurrentBank) {

@@ -87,30 +87,27 @@ protected:
 };
 
 TEST_F(FileCommandsTest, EachCommandAsksForItsFileCancelDoesNothingAndNoDialogIsReported) {
-    struct { int command; FileKind kind; bool save; } cases[] = {
-        {-3, FileKind::Program, false}, {-4, FileKind::Bank, false}, {-5, FileKind::ControllerMap, false},
-        {-6, FileKind::Program, true},  {-7, FileKind::Bank, true},  {-8, FileKind::ControllerMap, true},
-    };
-    for (const auto& c : cases) {
-        dialogs.asked.clear();
-        EXPECT_TRUE(commands.run(c.command));
-        ASSERT_EQ(dialogs.asked.size(), 1u) << c.command;
-        EXPECT_EQ(dialogs.asked[0].first, c.kind) << c.command;
-        EXPECT_EQ(dialogs.asked[0].second, c.save) << c.command;
+    const FileKind kinds[] = {FileKind::Program, FileKind::Bank, FileKind::ControllerMap};
+    for (FileAction action : {FileAction::Load, FileAction::Save}) {
+        for (FileKind kind : kinds) {
+            dialogs.asked.clear();
+            commands.run(action, kind);
+            ASSERT_EQ(dialogs.asked.size(), 1u);
+            EXPECT_EQ(dialogs.asked[0].first, kind);
+            EXPECT_EQ(dialogs.asked[0].second, action == FileAction::Save);
+        }
     }
     EXPECT_TRUE(plugin.statuses.empty());
     EXPECT_FALSE(plugin.changed());
 
-    dialogs.asked.clear();
-    for (int other : {-1, -2, -9, 0, 5}) EXPECT_FALSE(commands.run(other)) << other;
-    EXPECT_TRUE(dialogs.asked.empty());
-
     // Without a dialog program every command says so.
     dialogs.outcome = DialogChoice::Outcome::Unavailable;
-    for (int command = -3; command >= -8; --command) {
-        plugin.statuses.clear();
-        commands.run(command);
-        EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "No file dialog")) << command;
+    for (FileAction action : {FileAction::Load, FileAction::Save}) {
+        for (FileKind kind : kinds) {
+            plugin.statuses.clear();
+            commands.run(action, kind);
+            EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "No file dialog"));
+        }
     }
     EXPECT_FALSE(plugin.changed());
 }
@@ -120,7 +117,7 @@ TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
     record.setName("Loaded Pad");
     record.values[33] = 0.9f;
     dialogs.choose(writeFile("pad.prog", writeProgramFile(record)));
-    commands.run(kCommandLoadProgram);
+    commands.run(FileAction::Load, FileKind::Program);
     EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
     ASSERT_EQ(plugin.programsApplied, 1);
     EXPECT_STREQ(plugin.appliedProgram.name, "Loaded Pad");
@@ -172,7 +169,7 @@ TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {
     };
     for (const auto& c : cases) {
         dialogs.choose(c.path);
-        commands.run(c.kind == FileKind::Program ? -3 : c.kind == FileKind::Bank ? -4 : -5);
+        commands.run(FileAction::Load, c.kind);
         EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", c.reason)) << c.path;
     }
     EXPECT_FALSE(plugin.changed());
@@ -180,20 +177,20 @@ TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {
 
 TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
     dialogs.choose(folder.file("mine.prog"));
-    commands.run(kCommandSaveProgram);
+    commands.run(FileAction::Save, FileKind::Program);
     EXPECT_EQ(plugin.lastStatus(), Status("Program saved", ""));
     commands.loadFile(FileKind::Program, folder.file("mine.prog"));
     EXPECT_EQ(std::memcmp(&plugin.appliedProgram, &plugin.edit, sizeof(ProgramRecord)), 0);
 
     dialogs.choose(folder.file("mine.cmap"));
-    commands.run(kCommandSaveControllerMap);
+    commands.run(FileAction::Save, FileKind::ControllerMap);
     EXPECT_EQ(plugin.lastStatus(), Status("Controller Map saved", ""));
     commands.loadFile(FileKind::ControllerMap, folder.file("mine.cmap"));
     EXPECT_EQ(std::memcmp(plugin.appliedMaps, plugin.editMaps, sizeof plugin.editMaps), 0);
 
     plugin.program = 400;  // bank D
     dialogs.choose(folder.file("mine.bank"));
-    commands.run(kCommandSaveBank);
+    commands.run(FileAction::Save, FileKind::Bank);
     EXPECT_EQ(plugin.lastStatus(), Status("Bank D saved", ""));
     EXPECT_EQ(plugin.requestedBank, 3);
     plugin.program = 5;
@@ -204,7 +201,7 @@ TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
     EXPECT_EQ(std::memcmp(plugin.replacedPrograms.get(), saved.get(), sizeof(BankPrograms)), 0);
 
     dialogs.choose(folder.file("missing-folder/x.prog"));
-    commands.run(kCommandSaveProgram);
+    commands.run(FileAction::Save, FileKind::Program);
     EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "Cannot save file"));
 }
 

@@ -51,120 +51,136 @@ std::string renderUsage() {
            "  --help               show this text\n";
 }
 
+namespace {
+
+bool parsePath(const std::string& value, std::string& path) {
+    path = value;
+    return !value.empty();
+}
+
+// What an option does with its value: stores it and answers nullptr, or answers what it expected.
+using ApplyOption = const char* (*)(const std::string& value, RenderOptions& options);
+
+struct OptionRule {
+    const char* name;
+    bool takesValue;
+    ApplyOption apply;
+};
+
+const OptionRule kOptionRules[] = {
+    {"--help", false, [](const std::string&, RenderOptions& o) -> const char* { o.help = true; return nullptr; }},
+    {"-h", false, [](const std::string&, RenderOptions& o) -> const char* { o.help = true; return nullptr; }},
+    {"--no-tempo", false, [](const std::string&, RenderOptions& o) -> const char* { o.tempo = 0.0; return nullptr; }},
+    {"--plugin", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.pluginPath) ? nullptr : "expected a path";
+     }},
+    {"--lv2", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.lv2BundlePath) ? nullptr : "expected a bundle folder";
+     }},
+    {"--midi", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.midiPath) ? nullptr : "expected a path";
+     }},
+    {"--out", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.outputPath) ? nullptr : "expected a path";
+     }},
+    {"--screenshot", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.screenshotPath) ? nullptr : "expected a path";
+     }},
+    {"--load", true, [](const std::string& v, RenderOptions& o) -> const char* { o.loadPath = v; return nullptr; }},
+    {"--rate", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         double rate = 0.0;
+         if (!parseNumber(v, rate) || rate < 1000.0 || rate > 768000.0 || rate != std::floor(rate))
+             return "expected a whole number of hertz from 1000 to 768000";
+         o.sampleRate = rate;
+         return nullptr;
+     }},
+    {"--block", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         long frames = 0;
+         if (!parseInteger(v, frames) || frames < 1 || frames > 65536) return "expected a block size from 1 to 65536";
+         o.blockSize = static_cast<int>(frames);
+         return nullptr;
+     }},
+    {"--program", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         long program = 0;
+         if (!parseInteger(v, program) || program < 0 || program > 0x7FFFFFFF) return "expected a program number from 0";
+         o.program = static_cast<int>(program);
+         return nullptr;
+     }},
+    {"--param", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         const std::size_t split = v.find('=');
+         long index = 0;
+         double normalised = 0.0;
+         if (split == std::string::npos || !parseInteger(v.substr(0, split), index) || index < 0 ||
+             index > 0x7FFFFFFF || !parseNumber(v.substr(split + 1), normalised) || normalised < 0.0 ||
+             normalised > 1.0)
+             return "expected INDEX=VALUE with a value from 0 to 1";
+         o.parameters.emplace_back(static_cast<int>(index), static_cast<float>(normalised));
+         return nullptr;
+     }},
+    {"--tempo", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         double bpm = 0.0;
+         if (!parseNumber(v, bpm) || bpm <= 0.0 || bpm > 1000.0) return "expected beats per minute above 0 and up to 1000";
+         o.tempo = bpm;
+         return nullptr;
+     }},
+    {"--length", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         double seconds = 0.0;
+         if (!parseNumber(v, seconds) || seconds <= 0.0) return "expected seconds above 0";
+         o.lengthSeconds = seconds;
+         return nullptr;
+     }},
+    {"--format", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         if (v == "16") o.format = WavFormat::Pcm16;
+         else if (v == "24") o.format = WavFormat::Pcm24;
+         else if (v == "float") o.format = WavFormat::Float32;
+         else return "expected 16, 24 or float";
+         return nullptr;
+     }},
+    {"--page", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         if (v != "1" && v != "2") return "expected 1 or 2";
+         o.page = v == "1" ? 1 : 2;
+         return nullptr;
+     }},
+};
+
+const OptionRule* findOption(const std::string& name) {
+    for (const OptionRule& rule : kOptionRules)
+        if (name == rule.name) return &rule;
+    return nullptr;
+}
+
+}  // namespace
+
 bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& options, std::string& error) {
     options = RenderOptions{};
     for (std::size_t i = 0; i < args.size(); ++i) {
         std::string name = args[i];
         std::string value;
-        bool hasValue = false;
         // Both "--rate 48000" and "--rate=48000".
         const std::size_t equals = name.find('=');
-        if (name.rfind("--", 0) == 0 && equals != std::string::npos) {
+        const bool valueAttached = name.rfind("--", 0) == 0 && equals != std::string::npos;
+        if (valueAttached) {
             value = name.substr(equals + 1);
             name = name.substr(0, equals);
-            hasValue = true;
         }
-        auto takeValue = [&]() {
-            if (hasValue) return true;
+        const OptionRule* rule = findOption(name);
+        if (!rule) {
+            error = "unknown option " + args[i];
+            return false;
+        }
+        if (valueAttached && !rule->takesValue) {
+            error = name + " takes no value";
+            return false;
+        }
+        if (rule->takesValue && !valueAttached) {
             if (i + 1 >= args.size()) {
                 error = name + " needs a value";
                 return false;
             }
             value = args[++i];
-            return true;
-        };
-        auto refuse = [&](const std::string& what) {
-            error = "invalid value \"" + value + "\" for " + name + ": " + what;
-            return false;
-        };
-
-        if (name == "--help" || name == "-h") {
-            options.help = true;
-        } else if (name == "--no-tempo") {
-            options.tempo = 0.0;
-        } else if (name == "--plugin") {
-            if (!takeValue()) return false;
-            if (value.empty()) return refuse("expected a path");
-            options.pluginPath = value;
-        } else if (name == "--lv2") {
-            if (!takeValue()) return false;
-            if (value.empty()) return refuse("expected a bundle folder");
-            options.lv2BundlePath = value;
-        } else if (name == "--midi") {
-            if (!takeValue()) return false;
-            if (value.empty()) return refuse("expected a path");
-            options.midiPath = value;
-        } else if (name == "--out") {
-            if (!takeValue()) return false;
-            if (value.empty()) return refuse("expected a path");
-            options.outputPath = value;
-        } else if (name == "--rate") {
-            double rate = 0.0;
-            if (!takeValue()) return false;
-            if (!parseNumber(value, rate) || rate < 1000.0 || rate > 768000.0 || rate != std::floor(rate))
-                return refuse("expected a whole number of hertz from 1000 to 768000");
-            options.sampleRate = rate;
-        } else if (name == "--block") {
-            long frames = 0;
-            if (!takeValue()) return false;
-            if (!parseInteger(value, frames) || frames < 1 || frames > 65536)
-                return refuse("expected a block size from 1 to 65536");
-            options.blockSize = static_cast<int>(frames);
-        } else if (name == "--program") {
-            long program = 0;
-            if (!takeValue()) return false;
-            if (!parseInteger(value, program) || program < 0 || program > 0x7FFFFFFF)
-                return refuse("expected a program number from 0");
-            options.program = static_cast<int>(program);
-        } else if (name == "--param") {
-            if (!takeValue()) return false;
-            const std::size_t split = value.find('=');
-            long index = 0;
-            double normalised = 0.0;
-            if (split == std::string::npos || !parseInteger(value.substr(0, split), index) || index < 0 ||
-                index > 0x7FFFFFFF || !parseNumber(value.substr(split + 1), normalised) || normalised < 0.0 ||
-                normalised > 1.0)
-                return refuse("expected INDEX=VALUE with a value from 0 to 1");
-            options.parameters.emplace_back(static_cast<int>(index), static_cast<float>(normalised));
-        } else if (name == "--tempo") {
-            double bpm = 0.0;
-            if (!takeValue()) return false;
-            if (!parseNumber(value, bpm) || bpm <= 0.0 || bpm > 1000.0)
-                return refuse("expected beats per minute above 0 and up to 1000");
-            options.tempo = bpm;
-        } else if (name == "--length") {
-            double seconds = 0.0;
-            if (!takeValue()) return false;
-            if (!parseNumber(value, seconds) || seconds <= 0.0) return refuse("expected seconds above 0");
-            options.lengthSeconds = seconds;
-        } else if (name == "--format") {
-            if (!takeValue()) return false;
-            if (value == "16")
-                options.format = WavFormat::Pcm16;
-            else if (value == "24")
-                options.format = WavFormat::Pcm24;
-            else if (value == "float")
-                options.format = WavFormat::Float32;
-            else
-                return refuse("expected 16, 24 or float");
         }
-        else if (name == "--screenshot") {
-            if (!takeValue()) return false;
-            if (value.empty()) return refuse("expected a path");
-            options.screenshotPath = value;
-        } else if (name == "--page") {
-            if (!takeValue()) return false;
-            if (value != "1" && value != "2") return refuse("expected 1 or 2");
-            options.page = value == "1" ? 1 : 2;
-        } else if (name == "--load") {
-            if (!takeValue()) return false;
-            options.loadPath = value;
-        } else {
-            error = "unknown option " + args[i];
-            return false;
-        }
-        if (hasValue && (name == "--help" || name == "-h" || name == "--no-tempo")) {
-            error = name + " takes no value";
+        if (const char* expected = rule->apply(value, options)) {
+            error = "invalid value \"" + value + "\" for " + name + ": " + expected;
             return false;
         }
     }

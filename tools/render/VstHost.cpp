@@ -44,6 +44,102 @@ void copyText(void* destination, const char* text) {
     if (destination) std::strcpy(static_cast<char*>(destination), text);
 }
 
+// The MIDI of one rendering: every message becomes one MIDI event, placed on the frame grid. The records
+// live until the end of the rendering, so the plug-in may keep the pointers it received until its next call.
+class EventSchedule {
+public:
+    EventSchedule(const std::vector<MidiMessage>& messages, std::uint64_t totalFrames, double sampleRate,
+                  int blockSize) {
+        struct Placed {
+            std::uint64_t frame;
+            std::size_t index;
+        };
+        std::vector<Placed> order;
+        order.reserve(messages.size());
+        for (std::size_t i = 0; i < messages.size(); ++i) {
+            const double frame = std::floor(std::max(0.0, messages[i].seconds) * sampleRate + 0.5);
+            if (frame < static_cast<double>(totalFrames)) order.push_back(Placed{static_cast<std::uint64_t>(frame), i});
+        }
+        std::stable_sort(order.begin(), order.end(), [](const Placed& a, const Placed& b) { return a.frame < b.frame; });
+
+        frames_.resize(order.size());
+        events_.resize(order.size());
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            const MidiMessage& message = messages[order[i].index];
+            frames_[i] = order[i].frame;
+            vst2::VstMidiEvent& event = events_[i];
+            event = vst2::VstMidiEvent{};
+            event.type = vst2::kVstMidiType;
+            event.byteSize = sizeof(vst2::VstMidiEvent);
+            for (int b = 0; b < message.size && b < 3; ++b) event.midiData[b] = static_cast<char>(message.bytes[b]);
+        }
+        allocateList(blockSize);
+    }
+
+    // The list for the block [blockStart, blockEnd) of the host's timeline, whose rendering began at
+    // renderStart: the events due in it, with their offsets into the block.
+    vst2::VstEvents* eventsOfBlock(std::uint64_t renderStart, std::uint64_t blockStart, std::uint64_t blockEnd) {
+        int count = 0;
+        while (next_ < events_.size() && renderStart + frames_[next_] < blockEnd) {
+            events_[next_].deltaFrames = static_cast<int32>(renderStart + frames_[next_] - blockStart);
+            list_->events[count++] = reinterpret_cast<vst2::VstEvent*>(&events_[next_]);
+            ++next_;
+        }
+        list_->numEvents = count;
+        list_->reserved = 0;
+        return list_;
+    }
+
+private:
+    // The event list: a count, a reserved word and then as many pointers as the fullest block needs.
+    void allocateList(int blockSize) {
+        std::size_t mostInBlock = 0;
+        const auto block = static_cast<std::uint64_t>(blockSize);
+        for (std::size_t first = 0; first < frames_.size();) {
+            std::size_t last = first;
+            while (last < frames_.size() && frames_[last] / block == frames_[first] / block) ++last;
+            mostInBlock = std::max(mostInBlock, last - first);
+            first = last;
+        }
+        const std::size_t listBytes =
+            offsetof(vst2::VstEvents, events) + std::max<std::size_t>(mostInBlock, 2) * sizeof(vst2::VstEvent*);
+        storage_.reset(new std::max_align_t[(listBytes + sizeof(std::max_align_t) - 1) / sizeof(std::max_align_t)]());
+        list_ = reinterpret_cast<vst2::VstEvents*>(storage_.get());
+    }
+
+    std::vector<std::uint64_t> frames_;  // by event, from the start of the rendering
+    std::vector<vst2::VstMidiEvent> events_;
+    std::unique_ptr<std::max_align_t[]> storage_;
+    vst2::VstEvents* list_ = nullptr;
+    std::size_t next_ = 0;
+};
+
+// Audio buffers of one block: silent inputs for plug-ins that expect some, and at least two outputs.
+struct BlockBuffers {
+    BlockBuffers(int numInputs, int numOutputs, int blockSize)
+        : inputs(static_cast<std::size_t>(std::max(numInputs, 0)), std::vector<float>(blockSize, 0.0f)),
+          outputs(static_cast<std::size_t>(std::max(numOutputs, 2)), std::vector<float>(blockSize, 0.0f)),
+          inputPointers(inputs.size() + 1, nullptr),
+          outputPointers(outputs.size(), nullptr),
+          right(numOutputs >= 2 ? outputs[1].data() : outputs[0].data()) {
+        for (std::size_t i = 0; i < inputs.size(); ++i) inputPointers[i] = inputs[i].data();
+        for (std::size_t i = 0; i < outputs.size(); ++i) outputPointers[i] = outputs[i].data();
+    }
+
+    // Silence in the inputs, and in the outputs for a plug-in that adds to them.
+    void clear(int frames, bool outputsToo) {
+        for (auto& input : inputs) std::fill(input.begin(), input.begin() + frames, 0.0f);
+        if (outputsToo)
+            for (auto& output : outputs) std::fill(output.begin(), output.begin() + frames, 0.0f);
+    }
+
+    std::vector<std::vector<float>> inputs;
+    std::vector<std::vector<float>> outputs;
+    std::vector<float*> inputPointers;
+    std::vector<float*> outputPointers;
+    const float* right;
+};
+
 }  // namespace
 
 VstHost::~VstHost() {
@@ -212,92 +308,32 @@ bool VstHost::render(const std::vector<MidiMessage>& messages, std::uint64_t tot
         return false;
     }
 
-    // Every message becomes one MIDI event, placed on the frame grid; the records live until the end
-    // of the rendering, so the plug-in may keep the pointers it received until its next call.
-    struct Placed {
-        std::uint64_t frame;
-        std::size_t index;
-    };
-    std::vector<Placed> order;
-    order.reserve(messages.size());
-    for (std::size_t i = 0; i < messages.size(); ++i) {
-        const double frame = std::floor(std::max(0.0, messages[i].seconds) * sampleRate_ + 0.5);
-        if (frame < static_cast<double>(totalFrames)) order.push_back(Placed{static_cast<std::uint64_t>(frame), i});
-    }
-    std::stable_sort(order.begin(), order.end(), [](const Placed& a, const Placed& b) { return a.frame < b.frame; });
-
-    std::vector<vst2::VstMidiEvent> midiEvents(order.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const MidiMessage& message = messages[order[i].index];
-        vst2::VstMidiEvent& event = midiEvents[i];
-        event = vst2::VstMidiEvent{};
-        event.type = vst2::kVstMidiType;
-        event.byteSize = sizeof(vst2::VstMidiEvent);
-        for (int b = 0; b < message.size && b < 3; ++b) event.midiData[b] = static_cast<char>(message.bytes[b]);
-    }
-
-    // The event list: a count, a reserved word and then as many pointers as the fullest block needs.
-    std::size_t mostInBlock = 0;
-    for (std::size_t first = 0; first < order.size();) {
-        const std::uint64_t block = order[first].frame / static_cast<std::uint64_t>(blockSize_);
-        std::size_t last = first;
-        while (last < order.size() && order[last].frame / static_cast<std::uint64_t>(blockSize_) == block) ++last;
-        mostInBlock = std::max(mostInBlock, last - first);
-        first = last;
-    }
-    const std::size_t listBytes =
-        offsetof(vst2::VstEvents, events) + std::max<std::size_t>(mostInBlock, 2) * sizeof(vst2::VstEvent*);
-    std::unique_ptr<std::max_align_t[]> listStorage(
-        new std::max_align_t[(listBytes + sizeof(std::max_align_t) - 1) / sizeof(std::max_align_t)]());
-    auto* list = reinterpret_cast<vst2::VstEvents*>(listStorage.get());
-    vst2::VstEvent** slots = list->events;
-
-    // Audio buffers: silent inputs for plug-ins that expect some, and at least two outputs.
-    const int inputCount = std::max(effect_->numInputs, 0);
-    const int outputCount = std::max(effect_->numOutputs, 2);
-    std::vector<std::vector<float>> inputs(inputCount, std::vector<float>(blockSize_, 0.0f));
-    std::vector<std::vector<float>> outputs(outputCount, std::vector<float>(blockSize_, 0.0f));
-    std::vector<float*> inputPointers(inputCount + 1, nullptr);
-    std::vector<float*> outputPointers(outputCount, nullptr);
-    for (int i = 0; i < inputCount; ++i) inputPointers[i] = inputs[i].data();
-    for (int i = 0; i < outputCount; ++i) outputPointers[i] = outputs[i].data();
-    const float* rightChannel = effect_->numOutputs >= 2 ? outputs[1].data() : outputs[0].data();
-
-    std::size_t next = 0;
+    EventSchedule schedule(messages, totalFrames, sampleRate_, blockSize_);
+    BlockBuffers buffers(effect_->numInputs, effect_->numOutputs, blockSize_);
     std::uint64_t done = 0;
     bool firstBlock = true;
     while (done < totalFrames) {
         const int frames = static_cast<int>(std::min<std::uint64_t>(blockSize_, totalFrames - done));
         const std::uint64_t blockEnd = position_ + static_cast<std::uint64_t>(frames);
         const std::uint64_t renderStart = position_ - done;  // message frames count from the render's start
-
-        int count = 0;
-        while (next < order.size() && renderStart + order[next].frame < blockEnd) {
-            midiEvents[next].deltaFrames = static_cast<int32>(renderStart + order[next].frame - position_);
-            slots[count++] = reinterpret_cast<vst2::VstEvent*>(&midiEvents[next]);
-            ++next;
-        }
-        list->numEvents = count;
-        list->reserved = 0;
+        vst2::VstEvents* list = schedule.eventsOfBlock(renderStart, position_, blockEnd);
 
         updateTimeInfo(firstBlock);
         firstBlock = false;
-        for (auto& input : inputs) std::fill(input.begin(), input.begin() + frames, 0.0f);
-        if (!replacing)
-            for (auto& output : outputs) std::fill(output.begin(), output.begin() + frames, 0.0f);
+        buffers.clear(frames, !replacing);
 
         const double before = processCpuSeconds();
         dispatch(vst2::effProcessEvents, 0, 0, list);
         if (replacing)
-            effect_->processReplacing(effect_, inputPointers.data(), outputPointers.data(), frames);
+            effect_->processReplacing(effect_, buffers.inputPointers.data(), buffers.outputPointers.data(), frames);
         else
-            effect_->process(effect_, inputPointers.data(), outputPointers.data(), frames);
+            effect_->process(effect_, buffers.inputPointers.data(), buffers.outputPointers.data(), frames);
         cpuSeconds_ += processCpuSeconds() - before;
 
         position_ = blockEnd;
         ppqPosition_ += frames / sampleRate_ * (tempo_ > 0.0 ? tempo_ : 120.0) / 60.0;
         done += static_cast<std::uint64_t>(frames);
-        if (!sink(outputs[0].data(), rightChannel, frames)) {
+        if (!sink(buffers.outputs[0].data(), buffers.right, frames)) {
             error = "rendering stopped while writing the audio";
             return false;
         }

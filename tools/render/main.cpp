@@ -112,6 +112,121 @@ int screenshot(const RenderOptions& options) {
 #endif
 }
 
+// What to play: the MIDI file's channel messages or the demo phrase, and how long that lasts.
+struct Music {
+    MidiFile midi;  // empty for the demo phrase
+    std::vector<MidiMessage> messages;
+    double seconds = 0.0;
+};
+
+bool loadMusic(const RenderOptions& options, Music& music, std::string& error) {
+    if (options.midiPath.empty()) {
+        music.messages = demoPhrase();
+        music.seconds = demoPhraseSeconds();
+        return true;
+    }
+    if (!music.midi.load(options.midiPath, error)) return false;
+    music.messages = music.midi.events();
+    music.seconds = music.midi.lengthSeconds();
+    std::printf("MIDI file: %s, format %d, %d track%s, %zu channel messages, %.3f s\n", options.midiPath.c_str(),
+                music.midi.format(), music.midi.trackCount(), music.midi.trackCount() == 1 ? "" : "s",
+                music.messages.size(), music.seconds);
+    return true;
+}
+
+// Loads the plug-in, starts it, and applies the program, the file and the parameter values.
+bool preparePlugin(VstHost& host, const RenderOptions& options, const Music& music, const std::string& pluginPath,
+                   std::string& error) {
+    if (::access(pluginPath.c_str(), F_OK) != 0) {
+        error = "plug-in not found: " + pluginPath;
+        return false;
+    }
+    host.setTempo(options.tempo);
+    if (!options.midiPath.empty())
+        host.setTimeSignature(music.midi.timeSignatureNumerator(), music.midi.timeSignatureDenominator());
+    if (!host.loadModule(pluginPath, error)) return false;
+    const vst2::AEffect* effect = host.effect();
+    std::printf("Plug-in: %s by %s (%s), %d programs, %d parameters, %d inputs, %d outputs\n",
+                host.effectName().c_str(), host.vendorName().c_str(), pluginPath.c_str(), effect->numPrograms,
+                effect->numParams, effect->numInputs, effect->numOutputs);
+    if (!(effect->flags & vst2::effFlagsIsSynth))
+        std::printf("Note: the plug-in does not declare itself an instrument\n");
+
+    if (!host.start(options.sampleRate, options.blockSize, error)) return false;
+    if (options.program >= 0 && !host.setProgram(options.program, error)) return false;
+    if (!options.loadPath.empty()) {
+        if (effect->numParams < kNumParameters) {
+            error = "--load needs a plug-in with this synthesizer's parameters";
+            return false;
+        }
+        if (!applyFile(host, options.loadPath, options.program, error)) return false;
+    }
+    for (const auto& [index, value] : options.parameters)
+        if (!host.setParameter(index, value, error)) return false;
+    return true;
+}
+
+// The level of what went to the file.
+struct Levels {
+    double peak = 0.0;
+    double sumOfSquares = 0.0;
+    std::uint64_t nonFinite = 0;
+
+    void add(const float* left, const float* right, int frames) {
+        for (int i = 0; i < frames; ++i) {
+            for (const float sample : {left[i], right[i]}) {
+                if (!std::isfinite(sample)) {
+                    ++nonFinite;
+                    continue;
+                }
+                const double magnitude = std::fabs(static_cast<double>(sample));
+                peak = std::max(peak, magnitude);
+                sumOfSquares += magnitude * magnitude;
+            }
+        }
+    }
+};
+
+// Renders into the WAV file, measuring the level as the audio goes to the file.
+bool renderToFile(VstHost& host, const RenderOptions& options, const Music& music, std::uint64_t totalFrames,
+                  Levels& levels, std::string& error) {
+    WavWriter writer;
+    if (!writer.open(options.outputPath, static_cast<int>(options.sampleRate), options.format, error)) return false;
+    std::string writeError;
+    const bool rendered = host.render(
+        music.messages, totalFrames,
+        [&](const float* left, const float* right, int frames) {
+            levels.add(left, right, frames);
+            return writer.write(left, right, static_cast<std::size_t>(frames), writeError);
+        },
+        error);
+    if (!rendered) {
+        if (!writeError.empty()) error = writeError;
+        return false;
+    }
+    return writer.finish(error);
+}
+
+void printReport(const RenderOptions& options, std::uint64_t totalFrames, const Levels& levels, double cpuSeconds) {
+    const double audioSeconds = static_cast<double>(totalFrames) / options.sampleRate;
+    const double rms =
+        totalFrames > 0 ? std::sqrt(levels.sumOfSquares / (2.0 * static_cast<double>(totalFrames))) : 0.0;
+    std::printf("Wrote %s: %s, %.0f Hz, stereo\n", options.outputPath.c_str(), formatName(options.format),
+                options.sampleRate);
+    std::printf("Duration: %.3f s (%llu frames)\n", audioSeconds, static_cast<unsigned long long>(totalFrames));
+    std::printf("Peak: %s\n", decibels(levels.peak).c_str());
+    std::printf("RMS: %s\n", decibels(rms).c_str());
+    if (cpuSeconds > 0.0)
+        std::printf("CPU real-time factor: %.1fx (%.3f s of processing for %.3f s of audio)\n",
+                    audioSeconds / cpuSeconds, cpuSeconds, audioSeconds);
+    else
+        std::printf("CPU real-time factor: not measurable (no processing time recorded)\n");
+    if (levels.nonFinite > 0)
+        std::printf("Warning: %llu samples were not finite and were written as 0\n",
+                    static_cast<unsigned long long>(levels.nonFinite));
+    if (levels.peak > 1.0 && options.format != WavFormat::Float32) std::printf("Warning: the output clipped\n");
+}
+
 int run(int argc, char** argv) {
     RenderOptions options;
     std::string error;
@@ -125,102 +240,25 @@ int run(int argc, char** argv) {
     }
     if (!options.screenshotPath.empty()) return screenshot(options);
 
-    // What to play.
-    std::vector<MidiMessage> messages;
-    double musicSeconds = 0.0;
-    MidiFile midi;
-    if (options.midiPath.empty()) {
-        messages = demoPhrase();
-        musicSeconds = demoPhraseSeconds();
-    } else {
-        if (!midi.load(options.midiPath, error)) return fail(error);
-        messages = midi.events();
-        musicSeconds = midi.lengthSeconds();
-        std::printf("MIDI file: %s, format %d, %d track%s, %zu channel messages, %.3f s\n", options.midiPath.c_str(),
-                    midi.format(), midi.trackCount(), midi.trackCount() == 1 ? "" : "s", messages.size(),
-                    musicSeconds);
-    }
+    Music music;
+    if (!loadMusic(options, music, error)) return fail(error);
     double seconds = options.lengthSeconds;
     if (seconds < 0.0) {
-        seconds = musicSeconds + kReleaseTailSeconds;
+        seconds = music.seconds + kReleaseTailSeconds;
         if (seconds > kLongestDefaultSeconds)
-            return fail("the MIDI file lasts " + std::to_string(musicSeconds) +
-                        " s; give --length to render that much");
+            return fail("the MIDI file lasts " + std::to_string(music.seconds) + " s; give --length to render that much");
     }
     const auto totalFrames = static_cast<std::uint64_t>(std::llround(seconds * options.sampleRate));
     if (!options.lv2BundlePath.empty()) return renderLv2(options, messages, totalFrames);
 
-    // The plug-in.
     const std::string pluginPath =
         options.pluginPath.empty() ? executableFolder(argv[0]) + "/Tolvane2.so" : options.pluginPath;
-    if (::access(pluginPath.c_str(), F_OK) != 0) return fail("plug-in not found: " + pluginPath);
     VstHost host;
-    host.setTempo(options.tempo);
-    if (!options.midiPath.empty())
-        host.setTimeSignature(midi.timeSignatureNumerator(), midi.timeSignatureDenominator());
-    if (!host.loadModule(pluginPath, error)) return fail(error);
-    const vst2::AEffect* effect = host.effect();
-    std::printf("Plug-in: %s by %s (%s), %d programs, %d parameters, %d inputs, %d outputs\n",
-                host.effectName().c_str(), host.vendorName().c_str(), pluginPath.c_str(), effect->numPrograms,
-                effect->numParams, effect->numInputs, effect->numOutputs);
-    if (!(effect->flags & vst2::effFlagsIsSynth))
-        std::printf("Note: the plug-in does not declare itself an instrument\n");
-
-    if (!host.start(options.sampleRate, options.blockSize, error)) return fail(error);
-    if (options.program >= 0 && !host.setProgram(options.program, error)) return fail(error);
-    if (!options.loadPath.empty()) {
-        if (effect->numParams < kNumParameters) return fail("--load needs a plug-in with this synthesizer's parameters");
-        if (!applyFile(host, options.loadPath, options.program, error)) return fail(error);
-    }
-    for (const auto& [index, value] : options.parameters)
-        if (!host.setParameter(index, value, error)) return fail(error);
-
-    // Render, measuring level as the audio goes to the file.
-    WavWriter writer;
-    if (!writer.open(options.outputPath, static_cast<int>(options.sampleRate), options.format, error))
-        return fail(error);
-    double peak = 0.0;
-    double sumOfSquares = 0.0;
-    std::uint64_t nonFinite = 0;
-    std::string writeError;
-    const bool rendered = host.render(
-        messages, totalFrames,
-        [&](const float* left, const float* right, int frames) {
-            for (int i = 0; i < frames; ++i) {
-                for (const float sample : {left[i], right[i]}) {
-                    if (!std::isfinite(sample)) {
-                        ++nonFinite;
-                        continue;
-                    }
-                    const double magnitude = std::fabs(static_cast<double>(sample));
-                    peak = std::max(peak, magnitude);
-                    sumOfSquares += magnitude * magnitude;
-                }
-            }
-            return writer.write(left, right, static_cast<std::size_t>(frames), writeError);
-        },
-        error);
-    if (!rendered) return fail(writeError.empty() ? error : writeError);
-    if (!writer.finish(error)) return fail(error);
+    if (!preparePlugin(host, options, music, pluginPath, error)) return fail(error);
+    Levels levels;
+    if (!renderToFile(host, options, music, totalFrames, levels, error)) return fail(error);
     host.close();
-
-    const double audioSeconds = static_cast<double>(totalFrames) / options.sampleRate;
-    const double rms = totalFrames > 0 ? std::sqrt(sumOfSquares / (2.0 * static_cast<double>(totalFrames))) : 0.0;
-    const double cpuSeconds = host.processingCpuSeconds();
-    std::printf("Wrote %s: %s, %.0f Hz, stereo\n", options.outputPath.c_str(), formatName(options.format),
-                options.sampleRate);
-    std::printf("Duration: %.3f s (%llu frames)\n", audioSeconds, static_cast<unsigned long long>(totalFrames));
-    std::printf("Peak: %s\n", decibels(peak).c_str());
-    std::printf("RMS: %s\n", decibels(rms).c_str());
-    if (cpuSeconds > 0.0)
-        std::printf("CPU real-time factor: %.1fx (%.3f s of processing for %.3f s of audio)\n",
-                    audioSeconds / cpuSeconds, cpuSeconds, audioSeconds);
-    else
-        std::printf("CPU real-time factor: not measurable (no processing time recorded)\n");
-    if (nonFinite > 0)
-        std::printf("Warning: %llu samples were not finite and were written as 0\n",
-                    static_cast<unsigned long long>(nonFinite));
-    if (peak > 1.0 && options.format != WavFormat::Float32) std::printf("Warning: the output clipped\n");
+    printReport(options, totalFrames, levels, host.processingCpuSeconds());
     return 0;
 }
 

@@ -373,17 +373,16 @@ BmpImage lfoModes() { return buttonStrip(90, 12, textRow({"MONO", "TRIG", "SYNC"
 BmpImage modSources() { return buttonStrip(96, 12, textRow({"ENV1", "ENV2", "LFO1", "LFO2"}, 24)); }
 BmpImage modTargets() { return buttonStrip(96, 12, textRow({"FREQ", "PW", "FM", "RESO"}, 24)); }
 
-BmpImage waveformButtons() {
+// A strip of `count` keys of one width side by side, key i drawn by legend(i).
+template <typename MakeLegend>
+BmpImage iconStrip(int count, int width, int rowHeight, MakeLegend legend) {
     std::vector<Legend> legends;
-    for (int w = 0; w < 6; ++w) legends.push_back({w * 15, 15, waveIcon(w)});
-    return buttonStrip(90, 12, legends);
+    for (int i = 0; i < count; ++i) legends.push_back({i * width, width, legend(i)});
+    return buttonStrip(count * width, rowHeight, legends);
 }
 
-BmpImage filterTypes() {
-    std::vector<Legend> legends;
-    for (int t = 0; t < 4; ++t) legends.push_back({t * 30, 30, filterTypeLegend(t)});
-    return buttonStrip(120, 12, legends);
-}
+BmpImage waveformButtons() { return iconStrip(6, 15, 12, waveIcon); }
+BmpImage filterTypes() { return iconStrip(4, 30, 12, filterTypeLegend); }
 
 // Slope keys, four per filter type. Low and high pass have one key per slope; band pass and band reject
 // switch their keys in pairs, so each pair is drawn as one wide key split across its two columns.
@@ -402,19 +401,10 @@ BmpImage filterSlopes() {
     return buttonStrip(240, 12, legends);
 }
 
-BmpImage saturationCurves() {
-    std::vector<Legend> legends;
-    for (int c = 0; c < 3; ++c) legends.push_back({c * 12, 12, saturationIcon(c)});
-    return buttonStrip(36, 10, legends);
-}
+BmpImage saturationCurves() { return iconStrip(3, 12, 10, saturationIcon); }
+BmpImage envelopeCurves() { return iconStrip(6, 12, 10, envelopeIcon); }
 
-BmpImage envelopeCurves() {
-    std::vector<Legend> legends;
-    for (int c = 0; c < 6; ++c) legends.push_back({c * 12, 12, envelopeIcon(c)});
-    return buttonStrip(72, 10, legends);
-}
-
-BmpImage feedbackButtons() { return buttonStrip(30, 12, {{0, 15, feedbackIcon(false)}, {15, 15, feedbackIcon(true)}}); }
+BmpImage feedbackButtons() { return iconStrip(2, 15, 12, [](int cross) { return feedbackIcon(cross != 0); }); }
 
 // ---------------------------------------------------------------------------------------------------------
 // Step switches: three 9-pixel images (left half pressed, released, right half pressed), each a pair of

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "editor/EditorSkin.h"
 #include "gui/BmpImage.h"
 
 namespace tolvane::skin {
@@ -19,8 +20,7 @@ struct SkinBitmap {
 // All 24 bitmaps in id order.
 const std::vector<SkinBitmap>& skinBitmaps();
 
-// The knob film strips: 128 frames of 22 x 22, frame i showing value i / 127.
-inline constexpr int kKnobSize = 22;
+// The knob film strips: 128 frames of kKnobSize x kKnobSize, frame i showing value i / 127.
 inline constexpr int kKnobFrames = 128;
 
 BmpImage drawMainKnobStrip();

@@ -1,9 +1,11 @@
-// Where the editor puts its controls, as the skin needs to know it: the backgrounds frame and label the
-// controls at these places, and the preview draws each control here in a plausible state.
+// The editor's controls as the skin draws them, taken from the editor's layout table: the backgrounds
+// frame and label the controls at these places, and the preview draws each control here in a plausible state.
 #pragma once
 
 #include <string>
 #include <vector>
+
+#include "editor/EditorSkin.h"
 
 namespace tolvane::skin {
 
@@ -30,9 +32,5 @@ struct Placement {
 std::vector<Placement> page1Controls();
 std::vector<Placement> page2Controls();
 std::vector<Placement> stripControls();  // the common strip and fixed controls, on both pages
-
-// The editor's surface.
-inline constexpr int kEditorWidth = 718;
-inline constexpr int kEditorHeight = 310;
 
 }  // namespace tolvane::skin

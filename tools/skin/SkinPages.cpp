@@ -1,9 +1,13 @@
 // The two page backgrounds: section panels with titled headers around the controls of each page, a label
 // next to every control, recessed wells under the displays, and the common strip along the bottom.
+#include <algorithm>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "editor/LayoutTable.h"
+#include "params/ParameterIds.h"
 #include "tools/skin/SkinBitmaps.h"
 #include "tools/skin/SkinLayout.h"
 #include "tools/skin/SkinPaint.h"
@@ -109,7 +113,40 @@ void labelAbove(cairo_t* cr, const std::string& text, int x, int y, int width) {
     labelAt(cr, text, x + width / 2.0, y - 3);
 }
 
-void knobLabel(cairo_t* cr, const std::string& text, int x, int y) { labelAbove(cr, text, x, y, 22); }
+// The editor's controls of a parameter: its run of the layout table (part 0 or 1) and the width of the
+// run's first line.
+template <typename Table>
+const layout::Control* findIn(const Table& table, int index, int part) {
+    for (const layout::Control& c : table)
+        if (c.index == index && c.part == part) return &c;
+    return nullptr;
+}
+
+const layout::Control& control(int index, int part = 0) {
+    if (const layout::Control* c = findIn(layout::kPage1, index, part)) return *c;
+    if (const layout::Control* c = findIn(layout::kPage2, index, part)) return *c;
+    if (const layout::Control* c = findIn(layout::kStrip, index, part)) return *c;
+    throw std::logic_error("the layout has no control for parameter " + std::to_string(index));
+}
+
+int runWidth(const layout::Control& c) { return (std::min(c.count, c.perLine) - 1) * c.dx + c.width; }
+
+void knobLabel(cairo_t* cr, const std::string& text, int index) {
+    const layout::Control& knob = control(index);
+    labelAbove(cr, text, knob.x, knob.y, knob.width);
+}
+
+// A label above a run of buttons.
+void runLabel(cairo_t* cr, const std::string& text, int index, int part = 0) {
+    const layout::Control& run = control(index, part);
+    labelAbove(cr, text, run.x, run.y, runWidth(run));
+}
+
+// A dim label centred under a run of small buttons.
+void runLabelBelow(cairo_t* cr, const std::string& text, int index) {
+    const layout::Control& run = control(index);
+    labelAt(cr, text, run.x + runWidth(run) / 2.0, run.y + run.height + 9, Align::Centre, labelDim);
+}
 
 // A recessed well in the displays' back colour around a control drawn by the toolkit or a digit display.
 void well(cairo_t* cr, int x, int y, int w, int h, int margin) {
@@ -117,14 +154,15 @@ void well(cairo_t* cr, int x, int y, int w, int h, int margin) {
 }
 
 // The parts of a modulation row shared by both oscillators and the filter: the groove that names the
-// A and B halves, and the depth and velocity labels over the knobs on either side.
-void modulationLabels(cairo_t* cr, int x0, int x1, int split, int knobAX, int knobBX) {
+// A and B halves, and the depth and velocity labels over the knobs on either side (each connection is
+// followed by its depth and velocity sensitivity).
+void modulationLabels(cairo_t* cr, int x0, int x1, int split, int connectionA, int connectionB) {
     groove(cr, x0, split, 133, "MOD A", (x0 + split) / 2.0);
     groove(cr, split, x1, 133, "MOD B", (split + x1) / 2.0);
-    knobLabel(cr, "DEPTH", knobAX, 157);
-    knobLabel(cr, "DEPTH", knobBX, 157);
-    knobLabel(cr, "VEL", knobAX, 223);
-    knobLabel(cr, "VEL", knobBX, 223);
+    for (int connection : {connectionA, connectionB}) {
+        knobLabel(cr, "DEPTH", connection + 1);
+        knobLabel(cr, "VEL", connection + 2);
+    }
 }
 
 // ---------------------------------------------------------------------------------------------------------
@@ -164,104 +202,121 @@ void commonStrip(cairo_t* cr) {
 
 // ---------------------------------------------------------------------------------------------------------
 
+namespace {
+
+using namespace param;
+
+void osc1Panel(cairo_t* cr) {
+    section(cr, 3, 124, "OSC1");
+    runLabel(cr, "WAVE", Osc1Waveform, 1);
+    runLabel(cr, "QUALITY", Osc1Waveform, 0);
+    knobLabel(cr, "PW", Osc1PulseWidth);
+    knobLabel(cr, "KEY", Osc1KeyFollow);
+    knobLabel(cr, "PITCH", Osc1Pitch);
+    knobLabel(cr, "DETUNE", Osc1Detune);
+    modulationLabels(cr, 4, 123, 65, Osc1ModAConnection, Osc1ModBConnection);
+}
+
+void osc2Panel(cairo_t* cr) {
+    section(cr, 128, 249, "OSC2");
+    runLabel(cr, "WAVE", Osc2Waveform, 1);
+    labelAt(cr, "QUALITY", 167, 76, Align::Left);  // beside its keys, under the wave keys
+    knobLabel(cr, "PW", Osc2PulseWidth);
+    knobLabel(cr, "KEY", Osc2KeyFollow);
+    knobLabel(cr, "FM", Osc2FmDepth);
+    knobLabel(cr, "PITCH", Osc2Pitch);
+    knobLabel(cr, "DETUNE", Osc2Detune);
+    modulationLabels(cr, 129, 248, 191, Osc2ModAConnection, Osc2ModBConnection);
+}
+
+void mixerPanel(cairo_t* cr) {
+    section(cr, 252, 297, "MIXER");
+    const char* titles[5] = {"OSC1", "OSC2", "RING", "NOISE", "COLOR"};
+    for (int i = 0; i < 5; ++i) knobLabel(cr, titles[i], MixerOsc1Level + i);
+}
+
+void filterPanel(cairo_t* cr) {
+    section(cr, 299, 417, "FILTER");
+    runLabel(cr, "TYPE", FilterType, 0);
+    runLabel(cr, "SLOPE", FilterType, 1);
+    knobLabel(cr, "SATURATION", FilterSaturationLevel);
+    labelAt(cr, "CURVE", 380, 77, Align::Left, labelDim);  // to the right of the curve keys
+    knobLabel(cr, "KEY", FilterKeyFollow);
+    knobLabel(cr, "CUTOFF", FilterCutoff);
+    knobLabel(cr, "RESO", FilterResonance);
+    modulationLabels(cr, 300, 416, 359, FilterModAConnection, FilterModBConnection);
+}
+
+void ampPanel(cairo_t* cr) {
+    section(cr, 420, 461, "AMP");
+    runLabel(cr, "ENV", AmpModConnection, 0);
+    runLabel(cr, "LFO", AmpModConnection, 1);
+    groove(cr, 421, 460, 133, "MOD", 440.5);
+    knobLabel(cr, "LFO AMT", AmpLfoDepth);
+    knobLabel(cr, "VEL", AmpVelocitySens);
+}
+
+void envelopePanel(cairo_t* cr, int env) {
+    const int first = env == 0 ? Env1Attack : Env2Attack;
+    const int x0 = 463 + 44 * env;
+    section(cr, x0, x0 + 42, env == 0 ? "ENV1" : "ENV2");
+    knobLabel(cr, "ATTACK", first);
+    runLabelBelow(cr, "CURVE", first + 1);
+    knobLabel(cr, "DECAY", first + 2);
+    runLabelBelow(cr, "CURVE", first + 3);
+    knobLabel(cr, "SUSTAIN", first + 4);
+    knobLabel(cr, "RELEASE", first + 5);
+}
+
+void lfoPanel(cairo_t* cr, int lfo) {
+    const int first = lfo == 0 ? Lfo1Waveform : Lfo2Waveform;
+    const int x0 = 551 + 41 * lfo;
+    section(cr, x0, x0 + 39 + lfo, lfo == 0 ? "LFO1" : "LFO2");
+    runLabel(cr, "WAVE", first);
+    runLabel(cr, "MODE", first + 1);
+    knobLabel(cr, "RATE", first + 2);
+    knobLabel(cr, "PHASE", first + 3);
+}
+
+void effectPanel(cairo_t* cr) {
+    section(cr, 635, 715, "EFFECT", 685);  // clear of the on/off switch at the left of the header
+    knobLabel(cr, "TIME", EffectDelayTime);
+    knobLabel(cr, "MIX", EffectMix);
+    knobLabel(cr, "DIFFUSE", EffectDiffusion);
+    knobLabel(cr, "FDBK", EffectFeedback);
+    const layout::Control& route = control(EffectFeedbackConnection);
+    labelAt(cr, "ROUTE", route.x + runWidth(route) / 2.0, route.y + route.height + 10, Align::Centre, labelDim);
+    knobLabel(cr, "DRIVE", EffectOverdrive);
+    knobLabel(cr, "LO CUT", EffectLowCut);
+    knobLabel(cr, "HI CUT", EffectHighCut);
+    groove(cr, 636, 714, 206, "MOD", 675);
+    knobLabel(cr, "RATE", EffectModSpeed);
+    knobLabel(cr, "DEPTH", EffectModDepth);
+}
+
+// The texts drawn on the page must lie clear of the page's controls and of the strip's.
+void checkPageTexts(int page) {
+    std::vector<Placement> controls = page == 1 ? page1Controls() : page2Controls();
+    for (const Placement& p : stripControls()) controls.push_back(p);
+    checkTexts(page, controls);
+}
+
+}  // namespace
+
 BmpImage drawPage1Background() {
     Surface s(kEditorWidth, kEditorHeight);
     cairo_t* cr = s.cr();
     gutterGrain(cr);
-
-    // OSC1
-    section(cr, 3, 124, "OSC1");
-    labelAbove(cr, "WAVE", 8, 38, 30);
-    labelAbove(cr, "QUALITY", 8, 80, 30);
-    knobLabel(cr, "PW", 54, 43);
-    knobLabel(cr, "KEY", 96, 43);
-    knobLabel(cr, "PITCH", 54, 99);
-    knobLabel(cr, "DETUNE", 96, 99);
-    modulationLabels(cr, 4, 123, 65, 12, 96);
-
-    // OSC2
-    section(cr, 128, 249, "OSC2");
-    labelAbove(cr, "WAVE", 134, 38, 30);
-    labelAt(cr, "QUALITY", 167, 76, Align::Left);
-    knobLabel(cr, "PW", 180, 43);
-    knobLabel(cr, "KEY", 222, 43);
-    knobLabel(cr, "FM", 138, 99);
-    knobLabel(cr, "PITCH", 180, 99);
-    knobLabel(cr, "DETUNE", 222, 99);
-    modulationLabels(cr, 129, 248, 191, 138, 222);
-
-    // Mixer
-    section(cr, 252, 297, "MIXER");
-    knobLabel(cr, "OSC1", 264, 43);
-    knobLabel(cr, "OSC2", 264, 87);
-    knobLabel(cr, "RING", 264, 131);
-    knobLabel(cr, "NOISE", 264, 174);
-    knobLabel(cr, "COLOR", 264, 223);
-
-    // Filter
-    section(cr, 299, 417, "FILTER");
-    labelAbove(cr, "TYPE", 302, 38, 30);
-    labelAbove(cr, "SLOPE", 302, 96, 30);
-    knobLabel(cr, "SATURATION", 348, 43);
-    labelAt(cr, "CURVE", 380, 77, Align::Left, labelDim);
-    knobLabel(cr, "KEY", 390, 43);
-    knobLabel(cr, "CUTOFF", 348, 99);
-    knobLabel(cr, "RESO", 390, 99);
-    modulationLabels(cr, 300, 416, 359, 306, 390);
-
-    // Amplifier
-    section(cr, 420, 461, "AMP");
-    labelAbove(cr, "ENV", 431, 38, 24);
-    labelAbove(cr, "LFO", 431, 96, 24);
-    groove(cr, 421, 460, 133, "MOD", 440.5);
-    knobLabel(cr, "LFO AMT", 432, 157);
-    knobLabel(cr, "VEL", 432, 223);
-
-    // Envelopes
-    const char* envTitles[] = {"ENV1", "ENV2"};
-    for (int env = 0; env < 2; ++env) {
-        int x0 = 463 + 44 * env;
-        int kx = 474 + 42 * env;
-        int bx = 467 + 42 * env;
-        section(cr, x0, x0 + 42, envTitles[env]);
-        knobLabel(cr, "ATTACK", kx, 43);
-        labelAt(cr, "CURVE", bx + 18, 90, Align::Centre, labelDim);
-        knobLabel(cr, "DECAY", kx, 107);
-        labelAt(cr, "CURVE", bx + 18, 154, Align::Centre, labelDim);
-        knobLabel(cr, "SUSTAIN", kx, 172);
-        knobLabel(cr, "RELEASE", kx, 223);
-    }
-
-    // LFOs
-    const char* lfoTitles[] = {"LFO1", "LFO2"};
-    for (int lfo = 0; lfo < 2; ++lfo) {
-        int x0 = 551 + 41 * lfo;
-        int bx = 554 + 42 * lfo;
-        section(cr, x0, x0 + 39 + lfo, lfoTitles[lfo]);
-        labelAbove(cr, "WAVE", bx, 38, 30);
-        labelAbove(cr, "MODE", bx, 102, 30);
-        knobLabel(cr, "RATE", bx + 4, 172);
-        knobLabel(cr, "PHASE", bx + 4, 223);
-    }
-
-    // Effect
-    section(cr, 635, 715, "EFFECT", 685);  // clear of the on/off switch at the left of the header
-    knobLabel(cr, "TIME", 642, 43);
-    knobLabel(cr, "MIX", 684, 43);
-    knobLabel(cr, "DIFFUSE", 684, 88);
-    knobLabel(cr, "FDBK", 642, 110);
-    labelAt(cr, "ROUTE", 653, 162, Align::Centre, labelDim);
-    knobLabel(cr, "DRIVE", 684, 133);
-    knobLabel(cr, "LO CUT", 642, 178);
-    knobLabel(cr, "HI CUT", 684, 178);
-    groove(cr, 636, 714, 206, "MOD", 675);
-    knobLabel(cr, "RATE", 642, 223);
-    knobLabel(cr, "DEPTH", 684, 223);
-
+    osc1Panel(cr);
+    osc2Panel(cr);
+    mixerPanel(cr);
+    filterPanel(cr);
+    ampPanel(cr);
+    for (int env = 0; env < 2; ++env) envelopePanel(cr, env);
+    for (int lfo = 0; lfo < 2; ++lfo) lfoPanel(cr, lfo);
+    effectPanel(cr);
     commonStrip(cr);
-    std::vector<Placement> controls = page1Controls();
-    for (const Placement& p : stripControls()) controls.push_back(p);
-    checkTexts(1, controls);
+    checkPageTexts(1);
     return s.toBmp();
 }
 
@@ -286,14 +341,18 @@ void pointer(cairo_t* cr, double x, double baseline, bool up, Colour c) {
 
 // One assignable slot: its depth knob, the sensitivity menu and knob below it, and its source and
 // destination menus in the middle column.
-void modSlotLabels(cairo_t* cr, int knobX, int depthY, int menuX, int sourceY) {
-    knobLabel(cr, "DEPTH", knobX, depthY);
-    labelAbove(cr, "SENS", knobX - 12, depthY + 44, 45);
-    well(cr, knobX - 12, depthY + 44, 45, 12, 1);
-    well(cr, menuX, sourceY, 65, 12, 1);
-    well(cr, menuX, sourceY + 27, 65, 12, 1);
+void modSlotLabels(cairo_t* cr, int slot) {
+    knobLabel(cr, "DEPTH", ModDepth1 + slot);
+    const layout::Control& sens = control(ModSensSource1 + slot);
+    labelAbove(cr, "SENS", sens.x, sens.y, sens.width);
+    well(cr, sens.x, sens.y, sens.width, sens.height, 1);
+    const layout::Control& source = control(ModSource1 + slot);
+    const layout::Control& destination = control(ModDestination1 + slot);
+    well(cr, source.x, source.y, source.width, source.height, 1);
+    well(cr, destination.x, destination.y, destination.width, destination.height, 1);
+    const int menuX = source.x;
     // Between the two menus: the source above, the destination below.
-    double baseline = sourceY + 23;
+    double baseline = source.y + 23;
     pointer(cr, menuX + 2, baseline, true, labelDim);
     labelAt(cr, "SRC", menuX + 9, baseline, Align::Left, labelDim);
     labelAt(cr, "DEST", menuX + 56, baseline, Align::Right, labelDim);
@@ -334,12 +393,14 @@ BmpImage drawPage2Background() {
 
     // Master tuning and MIDI settings.
     section(cr, 3, 42, "MIDI");
-    labelAt(cr, "CHANNEL", 23, 38);
-    well(cr, 13, 41, 20, 13, 2);
-    labelAt(cr, "BEND", 23, 120);
-    well(cr, 13, 123, 20, 13, 2);
+    const layout::Control& channel = control(MidiChannel);
+    labelAbove(cr, "CHANNEL", channel.x, channel.y, channel.width);
+    well(cr, channel.x, channel.y, channel.width, channel.height, 2);
+    const layout::Control& bend = control(PitchBendRange);
+    labelAbove(cr, "BEND", bend.x, bend.y, bend.width);
+    well(cr, bend.x, bend.y, bend.width, bend.height, 2);
     headerBar(cr, 4, 41, 160, 11, "TUNE", 22.5);
-    knobLabel(cr, "MASTER", 12, 191);
+    knobLabel(cr, "MASTER", MasterTune);
 
     // The eight assignable modulation slots, in four blocks of two.
     const int blockX[2] = {45, 233};
@@ -349,24 +410,20 @@ BmpImage drawPage2Background() {
         modSlotPair(cr, x0, kPanelTop, 137, kHeaderHeight, first);
         modSlotPair(cr, x0, 139, kPanelBottom, 11, first + 4);
     }
-    const int knobX[8] = {62, 194, 250, 382, 62, 194, 250, 382};
-    const int depthY[8] = {43, 43, 43, 43, 161, 161, 161, 161};
-    const int menuX[8] = {106, 106, 294, 294, 106, 106, 294, 294};
-    const int sourceY[8] = {37, 95, 37, 95, 155, 213, 155, 213};
-    for (int slot = 0; slot < 8; ++slot) modSlotLabels(cr, knobX[slot], depthY[slot], menuX[slot], sourceY[slot]);
+    for (int slot = 0; slot < 8; ++slot) modSlotLabels(cr, slot);
 
     // Controller maps: sixteen rows of controller and target menus in one well.
     section(cr, 423, 715, "CONTROLLER MAPS");
     labelAt(cr, "CONTROLLER", 494, 36);
     labelAt(cr, "PARAMETER", 621, 36);
     recess(cr, 446, 38, 255, 211, displayBack);
-    for (int map = 1; map <= 16; ++map)
-        labelAt(cr, std::to_string(map), 443, 40 + 13 * (map - 1) + 9, Align::Right);
+    for (int map = 0; map < kNumControllerMaps; ++map) {
+        const layout::Control& menu = control(MapControl1 + map);
+        labelAt(cr, std::to_string(map + 1), menu.x - 5, menu.y + 9, Align::Right);
+    }
 
     commonStrip(cr);
-    std::vector<Placement> controls = page2Controls();
-    for (const Placement& p : stripControls()) controls.push_back(p);
-    checkTexts(2, controls);
+    checkPageTexts(2);
     return s.toBmp();
 }
 

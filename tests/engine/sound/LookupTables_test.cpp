@@ -24,7 +24,6 @@ TEST(LookupTables, TangentAroundZeroAndQuarter) {
     EXPECT_NEAR(t.tanPi(0.0f), 0.0f, 1e-7);
     EXPECT_NEAR(t.tanPi(0.25f), 1.0f, 1e-6);
     EXPECT_NEAR(t.tanPi(0.1f), std::tan(M_PI * 0.1), 1e-4);
-    EXPECT_FLOAT_EQ(t.value[0], -3911.911865f);
 }
 
 TEST(LookupTables, NoteFrequencies) {

@@ -13,14 +13,13 @@
 #include "gui/RotaryKnob.h"
 #include "gui/TextField.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "support/XServerForTests.h"
 #include "tests/gui/ToolkitTestSupport.h"
 
 // Last: Xlib's macros (None, Bool) would clash with names in the headers above.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include "support/XTestUser.h"
 
 namespace tolvane {
 namespace {
@@ -29,40 +28,12 @@ using testing::FakeHost;
 using testing::RecordingListener;
 using testing::TestEditor;
 
-// ---- an X server for the suite
-
-testing::XServerForTests xServer;
-std::string skipReason;
-
-class XServerEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        if (!xServer.start(skipReason)) {
-            if (skipReason.empty()) skipReason = "no X server";
-            return;
-        }
-        // Held for the whole run: a server that resets when its last client leaves would otherwise refuse
-        // connections for a moment between tests.
-        keeper_ = XOpenDisplay(nullptr);
-    }
-    void TearDown() override {
-        if (keeper_) XCloseDisplay(keeper_);
-        keeper_ = nullptr;
-        xServer.stop();
-    }
-
-private:
-    Display* keeper_ = nullptr;
-};
-
-const ::testing::Environment* const xserver = ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
-
 // ---- the fixture: a top-level "host" window and an editor that opens inside it
 
 class LinuxWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!skipReason.empty()) GTEST_SKIP() << skipReason;
+        if (!testing::xServerSkipReason().empty()) GTEST_SKIP() << testing::xServerSkipReason();
         display = XOpenDisplay(nullptr);
         ASSERT_NE(display, nullptr);
         XSetWindowAttributes attributes{};
@@ -118,33 +89,6 @@ protected:
     TestEditor* editor = nullptr;
 };
 
-// A second connection that plays the user.
-class User {
-public:
-    User() : display_(XOpenDisplay(nullptr)) {}
-    ~User() {
-        if (display_) XCloseDisplay(display_);
-    }
-    void moveTo(Point p) {
-        XTestFakeMotionEvent(display_, -1, p.h, p.v, 0);
-        XSync(display_, False);
-    }
-    void button(bool down) {
-        XTestFakeButtonEvent(display_, 1, down ? True : False, 0);
-        XSync(display_, False);
-    }
-    void key(KeySym symbol) {
-        ::KeyCode code = XKeysymToKeycode(display_, symbol);
-        XTestFakeKeyEvent(display_, code, True, 0);
-        XTestFakeKeyEvent(display_, code, False, 0);
-        XSync(display_, False);
-    }
-    static void pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
-
-private:
-    Display* display_;
-};
-
 TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
     RecordingListener listener;
     editor->open(parentHandle());
@@ -154,7 +98,7 @@ TEST_F(LinuxWindowTest, TextFieldTakesTheKeyboardWhileEditingAndGivesItBack) {
     XSetInputFocus(display, host, RevertToParent, CurrentTime);
     XSync(display, False);
 
-    User me;
+    testing::XTestUser me;
     me.moveTo(onScreen(Point{40, 106}));
     me.button(true);
     me.button(false);
@@ -193,12 +137,12 @@ TEST_F(LinuxWindowTest, TheHostClosingTheEditorDuringADragIsSurvived) {
     std::atomic<bool> finished{false};
     Point start = onScreen(Point{40, 40});
     std::thread user([&] {
-        User me;
+        testing::XTestUser me;
         me.moveTo(start);
         me.button(true);
-        User::pause(300);
+        testing::XTestUser::pause(300);
         me.moveTo(Point{start.h, start.v - 20});
-        User::pause(100);
+        testing::XTestUser::pause(100);
         me.button(false);
         finished = true;
     });

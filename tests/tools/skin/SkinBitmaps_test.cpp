@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "editor/LayoutTable.h"
 #include "gui/BmpImage.h"
 #include "gui/EmbeddedResources.h"
 
@@ -93,68 +94,57 @@ TEST(SkinBitmaps, EveryResourceIsOneEmbeddedFileOfItsListedSize) {
     }
 }
 
-// Button bitmaps: two rows, "off" above and "on" below. Each group lists the columns (x, width) of buttons
-// that appear side by side and must tell themselves apart.
+// Button bitmaps: two rows, "off" above and "on" below. The buttons that appear side by side (one run of
+// the editor's layout table) must tell themselves apart.
 struct Column {
     int x, width;
 };
-struct ButtonBitmap {
+struct ButtonGroup {
     int id;
     int rowHeight;
-    std::vector<std::vector<Column>> groups;
+    std::vector<Column> columns;
 };
 
-std::vector<Column> evenColumns(int count, int width) {
-    std::vector<Column> columns;
-    for (int i = 0; i < count; ++i) columns.push_back({i * width, width});
-    return columns;
-}
-
-const std::vector<ButtonBitmap>& buttonBitmaps() {
-    static const std::vector<ButtonBitmap> bitmaps = {
-        {136, 12, {{{0, 16}}}},
-        {137, 12, {{{0, 42}, {42, 42}}, {{90, 36}}}},
-        {138, 12, {evenColumns(4, 12)}},
-        {139, 12, {evenColumns(2, 32)}},
-        {140, 12, {evenColumns(2, 36)}},
-        {141, 12, {evenColumns(6, 15)}},
-        {142, 12, {evenColumns(3, 10)}},
-        {143, 12, {{{0, 30}}}},
-        {144, 12, {evenColumns(4, 30)}},
-        // Slopes: one key per slope for low and high pass; band pass and reject switch two keys at a
-        // time, so a pair is one button.
-        {145, 12, {{{0, 15}, {15, 15}, {30, 15}, {45, 15}}, {{60, 15}, {75, 15}, {90, 15}, {105, 15}},
-                   {{120, 30}, {150, 30}}, {{180, 30}, {210, 30}}}},
-        {146, 10, {evenColumns(3, 12)}},
-        {147, 10, {evenColumns(3, 12), {{36, 12}, {48, 12}, {60, 12}}}},
-        {148, 12, {evenColumns(3, 30)}},
-        {149, 12, {evenColumns(2, 15)}},
-        {150, 12, {evenColumns(4, 24)}},
-        {151, 12, {evenColumns(4, 24)}},
+std::vector<ButtonGroup> buttonGroups() {
+    std::vector<ButtonGroup> groups;
+    auto addRuns = [&](const auto& table) {
+        for (const layout::Control& run : table) {
+            if (run.kind() != layout::Kind::Button) continue;
+            ButtonGroup group{run.bitmap, run.height, {}};
+            for (int i = 0; i < run.count; ++i) group.columns.push_back({run.columnOf(i), run.width});
+            groups.push_back(group);
+        }
     };
-    return bitmaps;
+    addRuns(layout::kPage1);
+    addRuns(layout::kPage2);
+    addRuns(layout::kStrip);
+    // The slope pictures of the other three filter types: band pass and reject switch two keys at a time,
+    // so a pair is one button.
+    groups.push_back({145, 12, {{60, 15}, {75, 15}, {90, 15}, {105, 15}}});
+    groups.push_back({145, 12, {{120, 30}, {150, 30}}});
+    groups.push_back({145, 12, {{180, 30}, {210, 30}}});
+    return groups;
 }
 
 TEST(SkinBitmaps, ButtonsShowDistinctOffAndOnImagesAndDifferFromTheirNeighbours) {
-    for (const ButtonBitmap& button : buttonBitmaps()) {
-        BmpImage image = loadResource(button.id);
-        ASSERT_EQ(image.height, 2 * button.rowHeight) << button.id;
-        for (const std::vector<Column>& group : button.groups) {
-            for (std::size_t i = 0; i < group.size(); ++i) {
-                const Column& c = group[i];
-                SCOPED_TRACE("bitmap " + std::to_string(button.id) + " column " + std::to_string(c.x));
-                std::vector<std::uint32_t> off = block(image, c.x, 0, c.width, button.rowHeight);
-                std::vector<std::uint32_t> on = block(image, c.x, button.rowHeight, c.width, button.rowHeight);
-                // A lit button must stand out, not differ by a few pixels: a tenth of the image changes clearly,
-                // and the lower row is the lit one.
-                EXPECT_GE(strongDifferences(off, on) * 10, static_cast<int>(off.size()));
-                EXPECT_GT(meanLuminance(on), meanLuminance(off) + 10.0);
-                for (std::size_t j = i + 1; j < group.size(); ++j) {
-                    std::vector<std::uint32_t> other = block(image, group[j].x, 0, group[j].width, button.rowHeight);
-                    // Neighbours may differ in one character only ("ENV1", "ENV2"), but by at least three
-                    // pixels' worth of full-contrast ink.
-                    EXPECT_GE(totalDifference(off, other), 3 * 130) << "too like column " << group[j].x;
-                }
+    for (const ButtonGroup& group : buttonGroups()) {
+        BmpImage image = loadResource(group.id);
+        ASSERT_EQ(image.height, 2 * group.rowHeight) << group.id;
+        for (std::size_t i = 0; i < group.columns.size(); ++i) {
+            const Column& c = group.columns[i];
+            SCOPED_TRACE("bitmap " + std::to_string(group.id) + " column " + std::to_string(c.x));
+            std::vector<std::uint32_t> off = block(image, c.x, 0, c.width, group.rowHeight);
+            std::vector<std::uint32_t> on = block(image, c.x, group.rowHeight, c.width, group.rowHeight);
+            // A lit button must stand out, not differ by a few pixels: a tenth of the image changes clearly,
+            // and the lower row is the lit one.
+            EXPECT_GE(strongDifferences(off, on) * 10, static_cast<int>(off.size()));
+            EXPECT_GT(meanLuminance(on), meanLuminance(off) + 10.0);
+            for (std::size_t j = i + 1; j < group.columns.size(); ++j) {
+                const Column& o = group.columns[j];
+                std::vector<std::uint32_t> other = block(image, o.x, 0, o.width, group.rowHeight);
+                // Neighbours may differ in one character only ("ENV1", "ENV2"), but by at least three
+                // pixels' worth of full-contrast ink.
+                EXPECT_GE(totalDifference(off, other), 3 * 130) << "too like column " << o.x;
             }
         }
     }
@@ -243,14 +233,23 @@ int lightPixels(const BmpImage& image, int x0, int y0, int x1, int y1) {
     return count;
 }
 
+// Every knob of page 1 and of the strip is labelled just above; on page 2 the slots' depth knobs and
+// their sensitivity menus.
 TEST(SkinBitmaps, BackgroundsLabelTheControlsJustAboveThem) {
     struct Control {
         int page, x, y, width;
     };
-    const Control sample[] = {
-        {1, 54, 43, 22},   {1, 222, 223, 22}, {1, 348, 99, 22}, {1, 642, 178, 22}, {1, 8, 38, 30},
-        {1, 554, 102, 30}, {1, 117, 279, 22}, {2, 62, 43, 22},  {2, 238, 87, 45},  {2, 310, 278, 30},
+    std::vector<Control> sample;
+    auto addKnobs = [&](const auto& table) {
+        for (const layout::Control& run : table)
+            if (run.kind() == layout::Kind::Knob) sample.push_back({1, run.x, run.y, run.width});
     };
+    addKnobs(layout::kPage1);
+    addKnobs(layout::kStrip);
+    for (const layout::Control& run : layout::kPage2)
+        if ((run.index >= 83 && run.index < 91) || (run.index >= 107 && run.index < 115))
+            sample.push_back({2, run.x, run.y, run.width});
+    ASSERT_GT(sample.size(), 60u);
     BmpImage pages[2] = {loadResource(128), loadResource(129)};
     for (const Control& c : sample) {
         const BmpImage& page = pages[c.page - 1];

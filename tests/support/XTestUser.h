@@ -1,0 +1,88 @@
+// The X server of the suite and a user at it: the test's own display when DISPLAY is set, else an Xvfb
+// started for the run (tests skip when there is neither); the user is a second connection that moves the
+// pointer, presses the first button and types keys with XTest, usually from a helper thread while the
+// test's thread runs the editor's idle as a host would.
+// Include it after every other header: Xlib's macros (None, Bool) clash with names in ours.
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "gui/Geometry.h"
+#include "support/XServerForTests.h"
+
+#include <X11/Xlib.h>
+#include <X11/extensions/XTest.h>
+
+namespace tolvane::testing {
+
+// Empty when the suite has an X server, else why not.
+inline std::string& xServerSkipReason() {
+    static std::string reason;
+    return reason;
+}
+
+class XServerEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override {
+        std::string& reason = xServerSkipReason();
+        if (!server_.start(reason)) {
+            if (reason.empty()) reason = "no X server";
+            return;
+        }
+        // Held for the whole run: a server that resets when its last client leaves would otherwise refuse
+        // connections for a moment between tests.
+        keeper_ = XOpenDisplay(nullptr);
+    }
+    void TearDown() override {
+        if (keeper_) XCloseDisplay(keeper_);
+        keeper_ = nullptr;
+        server_.stop();
+    }
+
+private:
+    XServerForTests server_;
+    Display* keeper_ = nullptr;
+};
+
+inline ::testing::Environment* const gXServerEnvironment =
+    ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
+
+class XTestUser {
+public:
+    XTestUser() : display_(XOpenDisplay(nullptr)) {}
+    ~XTestUser() {
+        if (display_) XCloseDisplay(display_);
+    }
+    XTestUser(const XTestUser&) = delete;
+    XTestUser& operator=(const XTestUser&) = delete;
+
+    void moveTo(Point p) {
+        XTestFakeMotionEvent(display_, -1, p.h, p.v, 0);
+        XSync(display_, False);
+    }
+    void button(bool down) {
+        XTestFakeButtonEvent(display_, 1, down ? True : False, 0);
+        XSync(display_, False);
+    }
+    void click(Point p) {
+        moveTo(p);
+        button(true);
+        button(false);
+    }
+    void key(KeySym symbol) {
+        ::KeyCode code = XKeysymToKeycode(display_, symbol);
+        XTestFakeKeyEvent(display_, code, True, 0);
+        XTestFakeKeyEvent(display_, code, False, 0);
+        XSync(display_, False);
+    }
+    static void pause(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+
+private:
+    Display* display_;
+};
+
+}  // namespace tolvane::testing
