@@ -14,7 +14,6 @@ namespace tolvane {
 namespace {
 
 constexpr vst2::intptr kAnsweredHostVersion = 2400;
-constexpr int kInitCommand = -2;  // the editor's command: the init sound into the edit buffer
 
 }  // namespace
 
@@ -67,7 +66,7 @@ Lv2Plugin::Lv2Plugin(LV2_URID_Map* map, double sampleRate) {
     // The ports' defaults are the init program's values. The instance starts as the editor's Init command
     // leaves it: the init sound in the edit buffer, so that what the host shows and what sounds agree, on
     // program A-1, so that MIDI program changes select among the designed programs of bank A.
-    plugin_->setProgram(kInitCommand);
+    plugin_->runCommand(EditorCommand::Init);
 }
 
 Lv2Plugin::~Lv2Plugin() = default;

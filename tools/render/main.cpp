@@ -249,7 +249,7 @@ int run(int argc, char** argv) {
             return fail("the MIDI file lasts " + std::to_string(music.seconds) + " s; give --length to render that much");
     }
     const auto totalFrames = static_cast<std::uint64_t>(std::llround(seconds * options.sampleRate));
-    if (!options.lv2BundlePath.empty()) return renderLv2(options, messages, totalFrames);
+    if (!options.lv2BundlePath.empty()) return renderLv2(options, music.messages, totalFrames);
 
     const std::string pluginPath =
         options.pluginPath.empty() ? executableFolder(argv[0]) + "/Tolvane2.so" : options.pluginPath;
