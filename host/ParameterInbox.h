@@ -3,8 +3,12 @@
 //
 // Each index has a latest value and a dirty flag. Writers store the value, then raise the flag; the
 // audio thread, at the start of a block, takes every raised flag in index order and applies the value.
-// A writer that sets many values at once (a program) marks itself busy first, and the audio thread
-// leaves the inbox alone while any writer is busy, so a program is never applied half old, half new.
+//
+// A writer that sets many values at once (a program) opens a batch: it marks itself busy and counts
+// the batch as begun before its first value. The audio thread leaves the inbox alone while a writer is
+// busy, and it applies nothing before its scan is over: what it took is applied only if no batch began
+// since the scan started; otherwise it raises the flags again and everything waits a block. Whatever
+// the timing, a program is never applied half old, half new.
 #pragma once
 
 #include <array>
@@ -17,6 +21,10 @@ namespace tolvane {
 
 class ParameterInbox {
 public:
+    struct NoHook {
+        void operator()(int) const {}
+    };
+
     ParameterInbox() {
         for (auto& v : values_) v.store(0.0f, std::memory_order_relaxed);
         for (auto& d : dirty_) d.store(false, std::memory_order_relaxed);
@@ -25,8 +33,11 @@ public:
     // Scope of one writer's changes.
     class Batch {
     public:
-        explicit Batch(ParameterInbox& inbox) : inbox_(inbox) { inbox_.writers_.fetch_add(1, std::memory_order_acquire); }
-        ~Batch() { inbox_.writers_.fetch_sub(1, std::memory_order_release); }
+        explicit Batch(ParameterInbox& inbox) : inbox_(inbox) {
+            inbox_.writers_.fetch_add(1);
+            inbox_.batches_.fetch_add(1);
+        }
+        ~Batch() { inbox_.writers_.fetch_sub(1); }
         Batch(const Batch&) = delete;
         Batch& operator=(const Batch&) = delete;
         void set(int index, float value) { inbox_.post(index, value); }
@@ -45,20 +56,38 @@ public:
     }
 
     // Audio thread: applies every pending value in index order with apply(index, value), then calls
-    // reset() if a reset was requested. Does nothing while a writer is busy (the changes wait a block).
-    template <typename Apply, typename Reset>
-    bool drain(Apply apply, Reset reset) {
-        if (writers_.load(std::memory_order_acquire) != 0) return false;
+    // reset() if a reset was requested. Answers false, and applies nothing, while a writer is busy or
+    // when a batch began during the scan (the changes wait a block). beforeIndex(i) runs before index i
+    // is looked at; tests use it to interleave a writer with the scan.
+    template <typename Apply, typename Reset, typename BeforeIndex = NoHook>
+    bool drain(Apply apply, Reset reset, BeforeIndex beforeIndex = {}) {
+        const std::uint32_t batchesBefore = batches_.load();
+        if (writers_.load() != 0) return false;
         // Most blocks find nothing: one flag spares the scan of every index.
         if (!anything_.load(std::memory_order_relaxed) || !anything_.exchange(false, std::memory_order_acquire))
             return true;
+        std::array<float, kNumParameters> taken;
+        std::array<bool, kNumParameters> took;
         for (int i = 0; i < kNumParameters; ++i) {
-            if (!dirty_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed)) continue;
-            if (!dirty_[static_cast<std::size_t>(i)].exchange(false, std::memory_order_acquire)) continue;
-            apply(i, values_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed));
+            const auto k = static_cast<std::size_t>(i);
+            beforeIndex(i);
+            took[k] = dirty_[k].load(std::memory_order_relaxed) && dirty_[k].exchange(false, std::memory_order_acquire);
+            if (took[k]) taken[k] = values_[k].load(std::memory_order_relaxed);
         }
-        if (resetPending_.load(std::memory_order_relaxed) && resetPending_.exchange(false, std::memory_order_acquire))
-            reset();
+        const bool resetTaken =
+            resetPending_.load(std::memory_order_relaxed) && resetPending_.exchange(false, std::memory_order_acquire);
+        if (batches_.load() != batchesBefore || writers_.load() != 0) {
+            // A batch began while the scan ran: part of it may be among what was taken. Hand it all back
+            // (a newer value written meanwhile stays the latest) and try again next block.
+            for (std::size_t k = 0; k < took.size(); ++k)
+                if (took[k]) dirty_[k].store(true, std::memory_order_release);
+            if (resetTaken) resetPending_.store(true, std::memory_order_release);
+            anything_.store(true, std::memory_order_release);
+            return false;
+        }
+        for (int i = 0; i < kNumParameters; ++i)
+            if (took[static_cast<std::size_t>(i)]) apply(i, taken[static_cast<std::size_t>(i)]);
+        if (resetTaken) reset();
         return true;
     }
 
@@ -82,6 +111,7 @@ private:
     std::atomic<bool> resetPending_{false};
     std::atomic<bool> anything_{false};
     std::atomic<int> writers_{0};
+    std::atomic<std::uint32_t> batches_{0};  // batches begun, wrapping
 };
 
 }  // namespace tolvane

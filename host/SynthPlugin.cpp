@@ -268,6 +268,7 @@ void SynthPlugin::noteDisplayValue(int index, float value) {
 // engine or the allocator. A reserved index has no setter.
 void SynthPlugin::applyParameter(int index, float v) {
     using namespace param;
+    if (index >= 0 && index < kNumParameters) applied_[static_cast<std::size_t>(index)] = v;
     const ValueMappings& m = table_.mappings();
     SynthEngine& e = *engine_;
     // The option chosen by v, out of the count the parameter table gives for this index.
@@ -714,6 +715,11 @@ void SynthPlugin::startOfBlock() {
                  });
 }
 
+void SynthPlugin::restartTicksAt(std::uint32_t tick) {
+    tick_ = tick;
+    engine_->reset(DspModule::tickOf(tick));
+}
+
 void SynthPlugin::applyPendingChanges() {
     startOfProcess();
     startOfBlock();
@@ -759,7 +765,7 @@ void SynthPlugin::render(float** outputs, int frames) {
         startOfBlock();
         router_->processEvents(kBlockSize);
         ++tick_;
-        engine_->render(static_cast<int>(tick_));
+        engine_->render(DspModule::tickOf(tick_));
         int n = frames < kBlockSize ? frames : kBlockSize;
         if (n < kBlockSize) pendingSamples_ = static_cast<std::uint32_t>(kBlockSize - n);
         deliver(0, n);

@@ -108,6 +108,11 @@ public:
     ControllerRouter& router() { return *router_; }
     SynthEditor& synthEditor() { return *synthEditor_; }
     std::uint32_t tick() const { return tick_; }
+    // The value each index's setter ran with last. Audio thread only (tests check what it applied).
+    float appliedValue(int index) const { return applied_[static_cast<std::size_t>(index)]; }
+    // Restarts the block count at tick with an engine reset there, as a reset at 0 does (tests of the
+    // wrap after 2^32 blocks). Audio thread or no rendering at the same time.
+    void restartTicksAt(std::uint32_t tick);
     std::uint32_t pendingSamples() const { return pendingSamples_; }
     float tempo() const { return tempo_.load(std::memory_order_relaxed); }
     const ValueFormatter* formatterOf(int index) const;
@@ -172,6 +177,7 @@ private:
     std::unique_ptr<ControllerRouter> router_;
     std::unique_ptr<SynthEngine> engine_;
     std::uint32_t tick_ = 0;
+    std::array<float, kNumParameters> applied_{};
     std::uint32_t pendingSamples_ = 0;
     std::atomic<float> tempo_{-1.0f};
 

@@ -1,6 +1,7 @@
 #include "engine/effect/CutFilter.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "engine/effect/EffectConstants.h"
 #include "engine/sound/LookupTables.h"
@@ -72,6 +73,11 @@ void CutFilter::compute() {
     x1_ = x1;
     u1_ = u1;
     y1_ = y1;
+    // Whatever goes wrong in the loop before this filter passes through it and shows in its states.
+    if (!std::isfinite(x1) || !std::isfinite(u1) || !std::isfinite(y1)) {
+        clear();
+        runaway_ = true;
+    }
 }
 
 }  // namespace tolvane

@@ -44,6 +44,13 @@ public:
 
     // Filter states and output block to zero; the coefficients stay.
     void clear();
+    // True once after a block whose states turned non-finite; that block was output as silence and the
+    // states cleared, and the owner clears the rest of the loop.
+    bool takeRunaway() {
+        const bool r = runaway_;
+        runaway_ = false;
+        return r;
+    }
 
 private:
     float gain_ = 0.0f;
@@ -52,6 +59,7 @@ private:
     float x1_ = 0.0f;  // previous input
     float u1_ = 0.0f;  // previous low-pass output
     float y1_ = 0.0f;  // previous output
+    bool runaway_ = false;
 };
 
 }  // namespace tolvane

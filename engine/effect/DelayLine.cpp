@@ -35,7 +35,7 @@ void DelayLine::clear() {
 
 void DelayLine::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    const bool gap = tick != lastTick_ + 1;
+    const bool gap = !follows(tick, lastTick_);
     lastTick_ = tick;
     if (gap) clear();
     updateInputs(tick);

@@ -168,6 +168,10 @@ void EffectUnit::update(int tick) {
     }
     channels_[0].mix.update(tick);
     channels_[1].mix.update(tick);
+    // A non-finite value reached the loop (each cut filter silenced its own block): nothing of it may
+    // stay in the delay lines.
+    const bool runaway = channels_[0].cut.takeRunaway();
+    if (channels_[1].cut.takeRunaway() || runaway) clearLoop();
     if (resting_) return;
     bool quiet = inputSilent() && wetSilent();
     quietBlocks_ = quiet ? quietBlocks_ + 1 : 0;

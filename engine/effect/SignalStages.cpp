@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "engine/effect/EffectConstants.h"
+#include "engine/framework/BlockChecks.h"
 
 namespace tolvane {
 
@@ -11,7 +12,10 @@ using effect::kGroup;
 
 void InputGuard::compute() {
     float* out = block_.data();
-    if (!input(0) || (input(0)->steadyBlock() && input(0)->block()[0] == 0.0f)) {
+    // A block with a non-finite or runaway value counts as silence: nothing downstream (delay lines,
+    // filters, limiter) ever holds such a value.
+    if (!input(0) || (input(0)->steadyBlock() && input(0)->block()[0] == 0.0f) ||
+        !blockInRange(inputBlock(0), blockSize_)) {
         fillBlock(effect::kInputOffset);
         steady_ = true;
         return;

@@ -7,7 +7,7 @@
 namespace tolvane {
 
 // Input 0: the voice sum (block). Output: the voice sum plus a tiny offset, the effect's dry signal.
-// An unconnected input counts as silence.
+// An unconnected input counts as silence, and so does a block holding a non-finite or runaway value.
 class InputGuard : public DspModule {
 public:
     explicit InputGuard(ModuleGraph& graph) : DspModule(graph, OutputKind::Block, 1) {}

@@ -4,6 +4,10 @@
 // same tick (depth first, in input order) and then computes. A unit updated twice for the same tick
 // computes once, however many consumers read it; a unit asked for the tick it is still computing
 // (a feedback loop) returns what it has, which is its previous block.
+//
+// Ticks count blocks since the last reset. They wrap around after 2^32 blocks (more than two weeks at
+// 192 kHz) and are compared for equality only; whether one tick follows another is worked out in
+// unsigned arithmetic, so the wrap is seamless. A unit that was never updated holds the tick before 0.
 #pragma once
 
 #include <array>
@@ -24,6 +28,16 @@ public:
     virtual ~DspModule();
     DspModule(const DspModule&) = delete;
     DspModule& operator=(const DspModule&) = delete;
+
+    // True when tick is the one after previous, across the wrap as well.
+    static bool follows(int tick, int previous) {
+        return static_cast<std::uint32_t>(tick) == static_cast<std::uint32_t>(previous) + 1u;
+    }
+    // The tick argument for a running block count: the count modulo 2^32 as a signed value.
+    static int tickOf(std::uint32_t count) {
+        constexpr std::uint32_t kHalf = 0x80000000u;
+        return count < kHalf ? static_cast<int>(count) : static_cast<int>(count - kHalf) - 0x7FFFFFFF - 1;
+    }
 
     virtual void reset(int tick);
     // Computes the block for this tick unless that was done already (the check is inline: most calls

@@ -20,7 +20,7 @@ void SmoothCoefficient::setTime(float seconds) {
 
 void Smoother::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    bool gap = tick != lastTick_ + 1;
+    bool gap = !follows(tick, lastTick_);
     lastTick_ = tick;
     updateInputs(tick);
     float x = inputValue(0);
@@ -42,7 +42,7 @@ void SmoothedValue::setTime(float seconds) {
 
 void SmoothedValue::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    bool gap = tick != lastTick_ + 1;
+    bool gap = !follows(tick, lastTick_);
     lastTick_ = tick;
     if (gap || jump_) {
         scalar_ = target_;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "engine/framework/BlockChecks.h"
 #include "engine/sound/LookupTables.h"
 
 namespace tolvane {
@@ -33,7 +34,7 @@ void FilterModule::clearState() {
 
 void FilterModule::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) clearState();
+    if (!follows(tick, lastTick_)) clearState();
     lastTick_ = tick;
     updateInputs(tick);
     compute();
@@ -68,6 +69,13 @@ void FilterModule::compute() {
     ramp.knee = knee_;
 
     render(inputBlock(kAudioInput), block_.data(), blockSize_, ramp);
+    // A state that left the finite numbers would stay there and silence the voice for good: the voice
+    // is silent for this block instead, and the next one starts from rest on the new coefficients.
+    if (!allFinite(state_.data(), kMaxStates)) {
+        clearState();
+        fillBlock(0.0f);
+        return;
+    }
 
     std::copy(target, target + count, previous_.begin());
     previousCutoff_ = cutoff;

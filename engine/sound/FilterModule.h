@@ -9,7 +9,8 @@
 // previous + n (new - previous) / B, so the last sample of a block uses the new values. The first block
 // after the state was cleared starts directly on the new values. A block that does not follow the
 // previous one (the module was not rendered: a silent voice, a type change) and a reset clear the
-// section states and forget the previous cutoff.
+// section states and forget the previous cutoff. So does a block whose section states end up non-finite,
+// which is then output as silence.
 #pragma once
 
 #include <array>

@@ -10,7 +10,7 @@ namespace tolvane {
 
 void NoiseGenerator::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) forget();
+    if (!follows(tick, lastTick_)) forget();
     lastTick_ = tick;
     updateInputs(tick);
     compute();

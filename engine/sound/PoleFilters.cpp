@@ -1,5 +1,6 @@
 #include "engine/sound/PoleFilters.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "engine/sound/Saturation.h"
@@ -9,6 +10,15 @@ namespace {
 
 constexpr float kSqrt2 = 1.41421356f;
 constexpr int kGroup = 16;
+
+// The high-pass types feed back the unlimited value. Near the largest resonance their resonant section
+// is barely damped, and a cutoff swept by tens of notes per block (a fast LFO at a large depth) pumps
+// energy into it faster than the damping removes it. Bounding the fed-back value far above any level a
+// stable filter reaches (a few hundred at most) keeps such a runaway finite; normal signals never meet
+// the bound, so the sound is unchanged.
+constexpr float kFeedbackCeiling = 1.0e4f;
+
+inline float boundedFeedback(float v) { return std::min(std::max(v, -kFeedbackCeiling), kFeedbackCeiling); }
 
 // One biquad section of the bilinear family: P = C w^2, Q = -B w for the prototype C / (s^2 + B s + C).
 struct Biquad {
@@ -94,7 +104,7 @@ void TwoPoleFilter<kHighPass>::design(float c, float r, float* out) const {
 }
 
 // Transposed direct form: v = g x + s1; s1 = +-2 g x - a1 f + s2; s2 = g x - a2 f, with f the fed-back
-// value (limited for low-pass, unlimited for high-pass).
+// value (limited for low-pass, unsaturated but bounded for high-pass).
 template <bool kHighPass>
 void TwoPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ramp& ramp) {
     constexpr float kMid = kHighPass ? -2.0f : 2.0f;
@@ -112,7 +122,7 @@ void TwoPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ram
             float gx = g * x[j];
             float v = gx + s1;
             float out = saturate(v, level, knee);
-            float f = kHighPass ? v : out;
+            float f = kHighPass ? boundedFeedback(v) : out;
             s1 = kMid * gx - a1 * f + s2;
             s2 = gx - a2 * f;
             y[j] = out;
@@ -160,7 +170,7 @@ void ThreePoleFilter<kHighPass>::render(const float* x, float* y, int n, const R
             z = kSign * gx + p * e;
             float v = e + s1;
             float out = saturate(v, level, knee);
-            float f = kHighPass ? v : out;
+            float f = kHighPass ? boundedFeedback(v) : out;
             s1 = 2.0f * kSign * e - a1 * f + s2;
             s2 = e - a2 * f;
             y[j] = out;
@@ -210,7 +220,7 @@ void FourPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ra
             s2 = gx - a21 * e;
             float v = e + s3;
             float out = saturate(v, level, knee);
-            float f = kHighPass ? v : out;
+            float f = kHighPass ? boundedFeedback(v) : out;
             s3 = kMid * e - a12 * f + s4;
             s4 = e - a22 * f;
             y[j] = out;

@@ -6,8 +6,8 @@
 // second- to fourth-order types.
 //
 // Saturation: for the low-pass types the limited value is what the filter feeds back, so the limiter
-// tames the resonance from inside the loop; the high-pass types feed back the unlimited value and only
-// limit what they output.
+// tames the resonance from inside the loop; the high-pass types feed back the unsaturated value (bounded
+// only far above any normal level, against runaways) and only limit what they output.
 #pragma once
 
 #include "engine/sound/FilterModule.h"

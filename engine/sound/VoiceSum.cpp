@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "engine/framework/BlockChecks.h"
+
 namespace tolvane {
 namespace {
 constexpr int kGroup = 16;
@@ -53,11 +55,36 @@ void VoiceSum::updateBlock(int tick) {
             const float step = (a - from) * perSample;
             for (int g = 0; g < n; g += kGroup)
                 for (int j = g; j < g + kGroup; ++j) sum[j] += (from + static_cast<float>(j + 1) * step) * in[j];
+            rampStart_[static_cast<std::size_t>(i)] = from;
             ++rendered_;
             steady_ = false;
         }
+        renderedNow_[static_cast<std::size_t>(i)] = audible || wasAudible;
         previous = a;
         wasAudible = audible;
+    }
+    if (!steady_ && !blockInRange(out, n)) dropRunawayVoices(slots);
+}
+
+// Rare: a voice's block holds a non-finite or runaway value (its own units reset themselves, but a
+// value may also come from further up). The sum is rebuilt from the sound voices; a runaway voice is
+// silent for this block and fades in from 0 in the next one.
+void VoiceSum::dropRunawayVoices(int slots) {
+    float* out = block_.data();
+    const int n = blockSize_;
+    const float perSample = 1.0f / static_cast<float>(n);
+    std::fill(out, out + n, 0.0f);
+    for (int i = 0; i < slots; ++i) {
+        const auto slot = static_cast<std::size_t>(i);
+        if (!renderedNow_[slot]) continue;
+        const float* in = audio_->instance(i)->block();
+        if (!blockInRange(in, n)) {
+            previous_[slot] = 0.0f;
+            continue;
+        }
+        const float from = rampStart_[slot];
+        const float step = (previous_[slot] - from) * perSample;
+        for (int j = 0; j < n; ++j) out[j] += (from + static_cast<float>(j + 1) * step) * in[j];
     }
 }
 
@@ -72,6 +99,7 @@ void VoiceSum::resetInputs(int tick) {
 void VoiceSum::onReset() {
     previous_.fill(0.0f);
     audible_.fill(false);
+    renderedNow_.fill(false);
     rendered_ = 0;
 }
 

@@ -5,7 +5,8 @@
 // has its audio pulled and added with a gain ramped linearly from its previous amplitude:
 // sample n (1 .. B) gets prev + n (a - prev) / B, so a voice falling silent fades to 0 within the block.
 // A voice silent in this block and the previous one is not pulled at all: its oscillators, mixer and
-// filter do not run. A reset forgets the previous amplitudes, so every voice fades in from 0.
+// filter do not run. A reset forgets the previous amplitudes, so every voice fades in from 0. A voice
+// whose block holds a non-finite or runaway value is left out of the sum for that block.
 //
 // One instance serves all voices: its container has a single voice and hands the instance the two
 // source containers themselves rather than one of their voice instances.
@@ -40,10 +41,15 @@ public:
     int voicesRendered() const { return rendered_; }
 
 private:
+    void dropRunawayVoices(int slots);
+
     PolyModule* amplitude_ = nullptr;
     PolyModule* audio_ = nullptr;
     std::array<float, kMaxVoices> previous_{};
     std::array<bool, kMaxVoices> audible_{};
+    // This block: which voices were pulled, and the amplitude each one's ramp started from.
+    std::array<bool, kMaxVoices> renderedNow_{};
+    std::array<float, kMaxVoices> rampStart_{};
     int lastSlotCount_ = 0;
     int rendered_ = 0;
 };

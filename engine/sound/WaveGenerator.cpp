@@ -9,7 +9,7 @@ WaveGenerator::WaveGenerator(ModuleGraph& graph, int numInputs)
 
 void WaveGenerator::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) resetInterpolation();
+    if (!follows(tick, lastTick_)) resetInterpolation();
     lastTick_ = tick;
     updateInputs(tick);
     compute();

@@ -29,7 +29,7 @@ void DetuneDrift::compute() {
 
 void PitchSmoother::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) jump_ = true;
+    if (!follows(tick, lastTick_)) jump_ = true;
     lastTick_ = tick;
     updateInputs(tick);
     float x = inputValue(kBendTune) + inputValue(kDrift);

@@ -4,7 +4,7 @@ namespace tolvane {
 
 void Glide::updateBlock(int tick) {
     if (tick == lastTick_) return;
-    if (tick != lastTick_ + 1) jump_ = true;
+    if (!follows(tick, lastTick_)) jump_ = true;
     lastTick_ = tick;
     updateInputs(tick);
     float note = inputValue(kNote);

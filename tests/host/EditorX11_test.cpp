@@ -85,13 +85,7 @@ protected:
 
         display = XOpenDisplay(nullptr);
         ASSERT_NE(display, nullptr);
-        XSetWindowAttributes attributes{};
-        attributes.background_pixel = BlackPixel(display, DefaultScreen(display));
-        host = XCreateWindow(display, DefaultRootWindow(display), 40, 40, 718, 310, 0, CopyFromParent, InputOutput,
-                             CopyFromParent, CWBackPixel, &attributes);
-        XStoreName(display, host, "host");
-        XMapWindow(display, host);
-        XSync(display, False);
+        host = testing::openHostWindow(display, 40, 40, 718, 310);
     }
     void TearDown() override {
         if (effect) dispatch(vst2::effClose);
@@ -118,24 +112,12 @@ protected:
         }
         return done();
     }
-    std::vector<Window> children(Window window) {
-        Window root = 0, parent = 0, *list = nullptr;
-        unsigned int count = 0;
-        XQueryTree(display, window, &root, &parent, &list, &count);
-        std::vector<Window> result(list, list + count);
-        if (list) XFree(list);
-        return result;
-    }
+    std::vector<Window> children(Window window) { return testing::childWindows(display, window); }
     Window editorWindow() {
         std::vector<Window> list = children(host);
         return list.empty() ? 0 : list.front();
     }
-    Point onScreen(Point p) {
-        int x = 0, y = 0;
-        Window child = 0;
-        XTranslateCoordinates(display, host, DefaultRootWindow(display), p.h, p.v, &x, &y, &child);
-        return Point{x, y};
-    }
+    Point onScreen(Point p) { return testing::onScreen(display, host, p); }
     // The editor window's pixels in an area, as 0x00RRGGBB.
     std::vector<std::uint32_t> grab(const Rect& area) {
         std::vector<std::uint32_t> pixels;

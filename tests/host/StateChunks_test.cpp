@@ -121,7 +121,7 @@ void shapeSession(PluginFixture& f, TempFolder& folder) {
     writeFile(path, writeBankFile(*bank));
     f.dialogs->outcome = DialogChoice::Outcome::Chosen;
     f.dialogs->path = path;
-    f.dispatch(vst2::effSetProgram, 0, kCommandLoadBank);
+    f.dispatch(vst2::effSetProgram, 0, static_cast<int>(EditorCommand::LoadBank));
     f.dispatch(vst2::effSetProgram, 0, 128 + 9);
     f.plugin->setProgramName("Session Lead");
 
@@ -181,7 +181,7 @@ TEST(StateChunks, AProgramChunkCarriesTheEditBufferAsAProgramFile) {
 
     original.dialogs->outcome = DialogChoice::Outcome::Chosen;
     original.dialogs->path = folder.file("edited.prog");
-    original.dispatch(vst2::effSetProgram, 0, kCommandSaveProgram);
+    original.dispatch(vst2::effSetProgram, 0, static_cast<int>(EditorCommand::SaveProgram));
     EXPECT_EQ(chunk, readFile(folder.file("edited.prog"))) << "the bytes \"Save Program...\" writes";
 
     // Another instance on another program takes the sound and the name; its program number and its

@@ -1,5 +1,7 @@
 // One thread renders while others automate parameters, switch programs, load banks and read displays,
-// as hosts do. Built and run under ThreadSanitizer by the test command; any data race fails it.
+// as hosts do. Built and run under ThreadSanitizer by the test command; any data race fails it, and so
+// does a program that reaches the audio thread in part.
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -96,6 +98,50 @@ TEST(ThreadedAutomation, RenderingWhileOtherThreadsChangeEverything) {
     interface.join();
     std::remove(bankPath.c_str());
     EXPECT_GT(blocks.load(), 100);
+}
+
+// Programs selected on one thread while another renders reach the audio thread whole: after every
+// host buffer the values the setters last ran with are exactly one program's, never a mix of two.
+TEST(ThreadedAutomation, ProgramsSelectedWhileRenderingAreAppliedWhole) {
+    PluginFixture f;
+    f.host.record = false;
+    std::vector<ProgramRecord> programs;
+    for (int p = 0; p < kNumPrograms; ++p) programs.push_back(factoryProgram(p));
+    auto wholeProgram = [&]() {
+        for (const ProgramRecord& record : programs) {
+            bool same = true;
+            for (int i = 0; i < kNumProgramValues && same; ++i) {
+                const float v = std::min(1.0f, std::max(0.0f, record.values[i]));
+                same = f.plugin->appliedValue(i) == v;
+            }
+            if (same) return true;
+        }
+        return false;
+    };
+
+    std::atomic<bool> stop{false};
+    std::atomic<long> selections{0};
+    std::thread selector([&] {
+        std::mt19937 rng(4);
+        while (!stop.load()) {
+            f.dispatch(vst2::effSetProgram, 0, static_cast<vst2::intptr>(rng() % programs.size()));
+            selections.fetch_add(1);
+        }
+    });
+    long checks = 0, mixed = 0;
+    std::mt19937 rng(5);
+    const int sizes[] = {1, 64, 100, 512};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    while (std::chrono::steady_clock::now() < end) {
+        f.render(sizes[rng() % 4]);
+        ++checks;
+        if (!wholeProgram()) ++mixed;
+    }
+    stop.store(true);
+    selector.join();
+    EXPECT_EQ(mixed, 0) << "of " << checks << " buffers, with " << selections.load() << " selections";
+    EXPECT_GT(checks, 100);
+    EXPECT_GT(selections.load(), 100);
 }
 
 }  // namespace

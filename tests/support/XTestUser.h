@@ -8,6 +8,7 @@
 #include <chrono>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +51,36 @@ private:
 
 inline ::testing::Environment* const gXServerEnvironment =
     ::testing::AddGlobalTestEnvironment(new XServerEnvironment);
+
+// A mapped top-level window that stands for the host's window the editor opens in.
+inline Window openHostWindow(Display* display, int x, int y, int width, int height) {
+    XSetWindowAttributes attributes{};
+    attributes.background_pixel = BlackPixel(display, DefaultScreen(display));
+    Window window = XCreateWindow(display, DefaultRootWindow(display), x, y, static_cast<unsigned>(width),
+                                  static_cast<unsigned>(height), 0, CopyFromParent, InputOutput, CopyFromParent,
+                                  CWBackPixel, &attributes);
+    XStoreName(display, window, "host");
+    XMapWindow(display, window);
+    XSync(display, False);
+    return window;
+}
+
+inline std::vector<Window> childWindows(Display* display, Window window) {
+    Window root = 0, parent = 0, *list = nullptr;
+    unsigned int count = 0;
+    XQueryTree(display, window, &root, &parent, &list, &count);
+    std::vector<Window> result(list, list + count);
+    if (list) XFree(list);
+    return result;
+}
+
+// A point of a window in root coordinates, where XTest moves the pointer.
+inline Point onScreen(Display* display, Window window, Point p) {
+    int x = 0, y = 0;
+    Window child = 0;
+    XTranslateCoordinates(display, window, DefaultRootWindow(display), p.h, p.v, &x, &y, &child);
+    return Point{x, y};
+}
 
 class XTestUser {
 public:

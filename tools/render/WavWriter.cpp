@@ -68,6 +68,7 @@ bool WavWriter::open(const std::string& path, int sampleRate, WavFormat format, 
     sampleRate_ = sampleRate;
     format_ = format;
     frames_ = 0;
+    nonFinite_ = 0;
 
     // A unique temporary name next to the target, so that the final rename stays on one file system.
     std::vector<char> pattern(path.begin(), path.end());
@@ -149,6 +150,7 @@ bool WavWriter::write(const float* left, const float* right, std::size_t frames,
     std::uint8_t* out = buffer_.data();
     for (std::size_t i = 0; i < frames; ++i) {
         for (const float sample : {left[i], right[i]}) {
+            if (!std::isfinite(sample) && nonFinite_++ == 0) firstNonFinite_ = frames_ + i;
             switch (format_) {
                 case WavFormat::Pcm16: {
                     const std::uint32_t v = static_cast<std::uint32_t>(toPcm(sample, 32767.0f));
@@ -188,6 +190,16 @@ bool WavWriter::write(const float* left, const float* right, std::size_t frames,
 bool WavWriter::finish(std::string& error) {
     if (!file_) {
         error = "the WAV file is not open";
+        return false;
+    }
+    if (nonFinite_ > 0) {
+        char detail[160];
+        std::snprintf(detail, sizeof detail, "%llu samples are not finite numbers, the first at %.6f s (frame %llu)",
+                      static_cast<unsigned long long>(nonFinite_),
+                      static_cast<double>(firstNonFinite_) / static_cast<double>(sampleRate_),
+                      static_cast<unsigned long long>(firstNonFinite_));
+        error = "the rendering is broken: " + std::string(detail) + "; " + path_ + " was not written";
+        abandon();
         return false;
     }
     if (!writeHeader(error)) {

@@ -3,7 +3,8 @@
 // The file is written under a temporary name in the target's folder and renamed over the target by
 // finish(), so an existing file is replaced only by a complete one. PCM samples are clipped to
 // [-1, 1] and scaled by 2^(bits-1) - 1, rounding to the nearest step; float samples are stored as
-// they are. In every format, values that are not finite become 0.
+// they are. A sample that is not a finite number is an error, not a sound: finish() then refuses the
+// file, naming how many there were and when the first came, and the target stays as it was.
 #pragma once
 
 #include <cstddef>
@@ -41,6 +42,8 @@ private:
     int sampleRate_ = 0;
     WavFormat format_ = WavFormat::Pcm24;
     std::uint64_t frames_ = 0;
+    std::uint64_t nonFinite_ = 0;       // samples that were not finite numbers
+    std::uint64_t firstNonFinite_ = 0;  // the frame of the first one
     std::vector<std::uint8_t> buffer_;
 };
 

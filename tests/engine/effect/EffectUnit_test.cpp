@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -167,6 +168,43 @@ TEST(EffectUnit, ConnectionChangesAndPausesEmptyTheLoop) {
             EXPECT_NEAR(repeat, 0.0, 1e-4) << action;
             EXPECT_LT(tail, 1e-4f) << action;
         }
+    }
+}
+
+// Nothing non-finite stays in the effect. A voice-sum block holding NaN, an infinity or a runaway value
+// counts as silence: the echoes already in the loop play on. A NaN that gets into the loop all the same
+// (here through the feedback gain) empties the loop when it comes round; the output stays finite.
+TEST(EffectUnit, NonFiniteValuesNeverStayInTheEffect) {
+    const float kNaN = std::numeric_limits<float>::quiet_NaN();
+    enum Poison { kNaNInput, kInfiniteInput, kRunawayInput, kNaNInLoop };
+    for (Poison poison : {kNaNInput, kInfiniteInput, kRunawayInput, kNaNInLoop}) {
+        EffectRig rig;
+        rig.syncedDivision(9);
+        rig.effect.setFeedback(0.9f);
+        rig.effect.setMix(0.5f);
+        rig.impulse(0.1f);
+        rig.render(200);  // past the first repeat at 12000
+        if (poison == kNaNInLoop) {
+            rig.effect.setFeedback(kNaN);
+            rig.render(1);
+            rig.effect.setFeedback(0.9f);
+        } else {
+            std::vector<float> block(kBlock, 0.0f);
+            block[7] = poison == kNaNInput ? kNaN : (poison == kInfiniteInput ? -std::numeric_limits<float>::infinity() : 1e30f);
+            rig.voiceSum.at(0).play(block);
+            rig.render(1);
+        }
+        rig.render(400);
+        for (float x : rig.left) ASSERT_TRUE(std::fabs(x) <= 4.0f) << poison;
+        for (float x : rig.right) ASSERT_TRUE(std::fabs(x) <= 4.0f) << poison;
+        // The wet half of the first feedback repeat, which left the loop before the poison came round.
+        EXPECT_NEAR(echoArea(rig.left, 12000.0 + 12064.0), 0.045, 0.002) << poison;
+        float later = 0.0f;  // after the NaN written at 12800 has come round (at about 24800)
+        for (std::size_t n = 26000; n < rig.left.size(); ++n) later = std::max(later, std::fabs(rig.left[n]));
+        if (poison == kNaNInLoop)
+            EXPECT_LT(later, 1e-4f);
+        else
+            EXPECT_GT(later, 0.01f) << poison << ": the echoes play on";
     }
 }
 

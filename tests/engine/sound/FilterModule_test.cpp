@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -159,6 +160,37 @@ TEST(FilterModule, SkippedBlockOrResetStartsFromRest) {
     EXPECT_EQ(a, c);
     EXPECT_NE(a, d) << "a module that kept running carries its state and ramps its coefficients";
     for (int i = 0; i < 4; ++i) EXPECT_NE(continued.filter(FilterKind::LowPass24).sectionState(i), 0.0f);
+}
+
+// A NaN (or a state that ran away) would stay in a filter for good. Every type outputs the block where
+// its states stopped being finite as silence and then plays on exactly like a filter that starts from
+// rest. An infinite input sample leaves every type finite too: either the limiter in the loop absorbs it
+// or the states turn non-finite and the block is silenced.
+TEST(FilterModule, NonFiniteStateSilencesOneBlockThenRestartsFromRest) {
+    const int B = 64;
+    const std::vector<float> input = testing::sine(0.01, 0.5, 4 * B);
+    for (int kind = 0; kind < 12; ++kind) {
+        const auto k = static_cast<FilterKind>(kind);
+        auto renderWith = [&](float bad) {
+            std::vector<float> poisoned = input;
+            poisoned[static_cast<std::size_t>(B + 5)] = bad;  // in the second block
+            FilterRig rig;
+            rig.set(0.02f, 0.8f, 4.0f);
+            rig.signal().play(poisoned);
+            return rig.renderSamples(k, 4);
+        };
+        const std::vector<float> out = renderWith(std::numeric_limits<float>::quiet_NaN());
+        // The reference meets the same samples from the third block on, with nothing before.
+        FilterRig fresh;
+        fresh.set(0.02f, 0.8f, 4.0f);
+        fresh.signal().play(std::vector<float>(input.begin() + 2 * B, input.end()));
+        const std::vector<float> expected = fresh.renderSamples(k, 2);
+        for (int n = 0; n < B; ++n) ASSERT_EQ(out[static_cast<std::size_t>(B + n)], 0.0f) << kind << " " << n;
+        for (int n = 0; n < 2 * B; ++n)
+            ASSERT_EQ(out[static_cast<std::size_t>(2 * B + n)], expected[static_cast<std::size_t>(n)]) << kind << " " << n;
+
+        for (float x : renderWith(std::numeric_limits<float>::infinity())) ASSERT_TRUE(std::isfinite(x)) << kind;
+    }
 }
 
 }  // namespace

@@ -36,12 +36,7 @@ protected:
         if (!testing::xServerSkipReason().empty()) GTEST_SKIP() << testing::xServerSkipReason();
         display = XOpenDisplay(nullptr);
         ASSERT_NE(display, nullptr);
-        XSetWindowAttributes attributes{};
-        attributes.background_pixel = BlackPixel(display, DefaultScreen(display));
-        host = XCreateWindow(display, DefaultRootWindow(display), 100, 100, 400, 300, 0, CopyFromParent, InputOutput,
-                             CopyFromParent, CWBackPixel, &attributes);
-        XMapWindow(display, host);
-        XSync(display, False);
+        host = testing::openHostWindow(display, 100, 100, 400, 300);
         installPlatform(&linuxPlatform());
         editor = new TestEditor(&fakeHost, 300, 200);
     }
@@ -67,21 +62,8 @@ protected:
         return done();
     }
 
-    int childrenOf(Window window) {
-        Window root = 0, parent = 0, *children = nullptr;
-        unsigned int count = 0;
-        XQueryTree(display, window, &root, &parent, &children, &count);
-        if (children) XFree(children);
-        return static_cast<int>(count);
-    }
-
-    // Window coordinates of the editor to root coordinates.
-    Point onScreen(Point p) {
-        int x = 0, y = 0;
-        Window child = 0;
-        XTranslateCoordinates(display, host, DefaultRootWindow(display), p.h, p.v, &x, &y, &child);
-        return Point{x, y};
-    }
+    int childrenOf(Window window) { return static_cast<int>(testing::childWindows(display, window).size()); }
+    Point onScreen(Point p) { return testing::onScreen(display, host, p); }
 
     Display* display = nullptr;
     Window host = 0;

@@ -80,18 +80,18 @@ protected:
 };
 
 TEST_F(WavWriterTest, PcmSamplesAreRoundedClippedAndInterleaved) {
-    const std::vector<float> left{0.0f, 0.5f, 1.0f, 1.5f, kNaN, 0.25f};
-    const std::vector<float> right{-0.5f, -1.0f, -3.0f, 1e-9f, kInf, -0.25f};
+    const std::vector<float> left{0.0f, 0.5f, 1.0f, 1.5f, -1e30f, 0.25f};
+    const std::vector<float> right{-0.5f, -1.0f, -3.0f, 1e-9f, 1e30f, -0.25f};
     // Full scale is 2^(bits-1) - 1. 0.5 of 32767 is 16383.5 and rounds away from zero; 0.25 of
-    // 8388607 is 2097151.75. Beyond +-1 clips; values that are not finite become silence.
+    // 8388607 is 2097151.75. Beyond +-1 clips, however far.
     const struct {
         WavFormat format;
         int bits;
         std::vector<std::int32_t> expected;
     } cases[] = {
-        {WavFormat::Pcm16, 16, {0, -16384, 16384, -32767, 32767, -32767, 32767, 0, 0, 0, 8192, -8192}},
+        {WavFormat::Pcm16, 16, {0, -16384, 16384, -32767, 32767, -32767, 32767, 0, -32767, 32767, 8192, -8192}},
         {WavFormat::Pcm24, 24,
-         {0, -4194304, 4194304, -8388607, 8388607, -8388607, 8388607, 0, 0, 0, 2097152, -2097152}},
+         {0, -4194304, 4194304, -8388607, 8388607, -8388607, 8388607, 0, -8388607, 8388607, 2097152, -2097152}},
     };
     for (const auto& c : cases) {
         const Bytes data = checkWave(writeFile(c.format, 48000, left, right), 1, 48000, c.bits, 6);
@@ -106,10 +106,10 @@ TEST_F(WavWriterTest, PcmSamplesAreRoundedClippedAndInterleaved) {
 }
 
 TEST_F(WavWriterTest, FloatSamplesAreStoredUnclipped) {
-    const std::vector<float> left{0.125f, 1.5f, -7.25f, kNaN};
-    const std::vector<float> right{-1e-20f, -1.0f, 0.3f, -kInf};
+    const std::vector<float> left{0.125f, 1.5f, -7.25f, 1e30f};
+    const std::vector<float> right{-1e-20f, -1.0f, 0.3f, -3e38f};
     const Bytes data = checkWave(writeFile(WavFormat::Float32, 44100, left, right), 3, 44100, 32, 4);
-    const float expected[] = {0.125f, -1e-20f, 1.5f, -1.0f, -7.25f, 0.3f, 0.0f, 0.0f};
+    const float expected[] = {0.125f, -1e-20f, 1.5f, -1.0f, -7.25f, 0.3f, 1e30f, -3e38f};
     ASSERT_EQ(data.size(), sizeof expected);
     for (std::size_t i = 0; i < 8; ++i) {
         float value;
@@ -141,6 +141,31 @@ TEST_F(WavWriterTest, TargetIsReplacedOnlyByACompleteFile) {
     const std::string missing = folder.file("no-folder/x.wav");
     EXPECT_FALSE(unwritable.open(missing, 44100, WavFormat::Pcm24, error));
     EXPECT_NE(error.find(missing), std::string::npos) << error;
+}
+
+// A rendering with non-finite samples is broken: no format can hold them, so the file is refused with
+// their count and the time of the first, in every format, and an existing target stays as it was.
+TEST_F(WavWriterTest, NonFiniteSamplesRefuseTheFileWithCountAndFirstTime) {
+    const fs::path target = folder.path() / "keep.wav";
+    std::vector<float> left(1000, 0.25f), right(1000, -0.25f);
+    right[250] = kNaN;  // frame 250 at 1000 Hz: 0.25 s
+    left[600] = kInf;
+    right[600] = -kInf;
+    left[999] = kNaN;
+    for (WavFormat format : {WavFormat::Pcm16, WavFormat::Pcm24, WavFormat::Float32}) {
+        { std::ofstream(target) << "old contents"; }
+        WavWriter writer;
+        std::string error;
+        ASSERT_TRUE(writer.open(target.string(), 1000, format, error)) << error;
+        ASSERT_TRUE(writer.write(left.data(), right.data(), 400, error)) << error;
+        ASSERT_TRUE(writer.write(left.data() + 400, right.data() + 400, 600, error)) << error;
+        EXPECT_FALSE(writer.finish(error));
+        EXPECT_NE(error.find("4 samples are not finite"), std::string::npos) << error;
+        EXPECT_NE(error.find("0.250000 s (frame 250)"), std::string::npos) << error;
+        const Bytes kept = testing::fileContents(target.string());
+        EXPECT_EQ(std::string(kept.begin(), kept.end()), "old contents");
+        EXPECT_EQ(files(), 1u) << "no temporary file is left";
+    }
 }
 
 }  // namespace
