@@ -141,10 +141,10 @@ void Lv2Plugin::readControlPorts() {
         if (!port) continue;
         const float v = *port;
         if (std::isnan(v) || v == lastPortValue_[slot].load(std::memory_order_relaxed)) continue;
-        lastPortValue_[slot].store(v, std::memory_order_relaxed);
-        if (adopt && !(haveRestoredSeen_ && v != restoredSeen_[slot])) continue;
-        if (echo || v == model.value(i)) continue;
-        plugin_->setParameterOnAudioThread(i, v);
+        const bool taken = adopt && !(haveRestoredSeen_ && v != restoredSeen_[slot]);
+        if (!taken && !echo && v != model.value(i)) plugin_->setParameterOnAudioThread(i, v);
+        // Published after the change is applied: a save that reads this value also finds the change.
+        lastPortValue_[slot].store(v, std::memory_order_release);
     }
 }
 
@@ -225,18 +225,19 @@ void Lv2Plugin::run(std::uint32_t frames) {
 // A session keeps the same bytes as the VST bank chunk: the current program, the sound being edited, the
 // controller maps and the 512 programs, so that it also brings back what is not a port (names, banks).
 LV2_State_Status Lv2Plugin::save(LV2_State_Store_Function store, LV2_State_Handle handle) {
-    const std::vector<unsigned char> bytes = plugin_->saveState(StateScope::Bank);
-    const std::uint32_t flags = LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE;
-    LV2_State_Status status = store(handle, uris_.state, bytes.data(), bytes.size(), uris_.atomChunk, flags);
-    if (status != LV2_STATE_SUCCESS) return status;
-    // The ports as the plug-in last saw them: 176 big-endian floats (NaN for a port not seen yet).
+    // The ports as the plug-in last saw them: 176 big-endian floats (NaN for a port not seen yet). Read
+    // before the state, so that every value read here is already in it (save may run during a run).
     unsigned char seen[kNumParameters * 4];
     for (int i = 0; i < kNumParameters; ++i) {
-        const float v = lastPortValue_[static_cast<std::size_t>(i)].load(std::memory_order_relaxed);
+        const float v = lastPortValue_[static_cast<std::size_t>(i)].load(std::memory_order_acquire);
         std::uint32_t bits;
         std::memcpy(&bits, &v, sizeof bits);
         for (int b = 0; b < 4; ++b) seen[4 * i + b] = static_cast<unsigned char>(bits >> (24 - 8 * b));
     }
+    const std::vector<unsigned char> bytes = plugin_->saveState(StateScope::Bank);
+    const std::uint32_t flags = LV2_STATE_IS_POD | LV2_STATE_IS_PORTABLE;
+    LV2_State_Status status = store(handle, uris_.state, bytes.data(), bytes.size(), uris_.atomChunk, flags);
+    if (status != LV2_STATE_SUCCESS) return status;
     return store(handle, uris_.ports, seen, sizeof seen, uris_.atomChunk, flags);
 }
 
