@@ -32,6 +32,8 @@ public:
     virtual void endEdit(int index) = 0;
     // Lets the host run its idle work while the editor tracks the mouse.
     virtual void hostIdle() = 0;
+    // A file dropped on the editor: loaded as the FILE menu's load command for its kind would load it.
+    virtual void loadDroppedFile(const char* path) = 0;
 };
 
 }  // namespace tolvane

@@ -111,6 +111,14 @@ void WidgetFrame::drawRect(Canvas& canvas, const Rect& area) {
     }
 }
 
+// The whole editor is one drop target: a musician drops a sound on the window, not on a control.
+bool WidgetFrame::onFilesDropped(const char* const* items, std::int32_t count, std::int32_t kind, Point) {
+    if (kind != 0 || !items) return false;
+    for (std::int32_t i = 0; i < count; ++i)
+        if (items[i]) synthEditor_.controller().loadDroppedFile(items[i]);
+    return count > 0;
+}
+
 // ---- pages
 
 void WidgetFrame::selectPage(int page) {

@@ -29,6 +29,8 @@ public:
     // Full redraws leave every child clean; partial ones the children they covered.
     void draw(Canvas& canvas) override;
     void drawRect(Canvas& canvas, const Rect& area) override;
+    // Files dropped anywhere on the editor load by their extension, in the order given; text is refused.
+    bool onFilesDropped(const char* const* items, std::int32_t count, std::int32_t kind, Point where) override;
 
     // Shows page 0 or 1; another index, or the page already shown, only marks the frame for redrawing.
     void selectPage(int page);

@@ -285,9 +285,11 @@ void EditorFrame::windowMouseDown(Point where) {
     release();
 }
 
-int EditorFrame::windowKeyDown(const KeyCode& key) { return onKeyDown(key); }
+// Keys typed into the window follow the same road as keys that come from the host: through the editor,
+// which decides which view may have them.
+int EditorFrame::windowKeyDown(const KeyCode& key) { return editor_ ? editor_->onKeyDown(key) : onKeyDown(key); }
 
-int EditorFrame::windowKeyUp(const KeyCode& key) { return onKeyUp(key); }
+int EditorFrame::windowKeyUp(const KeyCode& key) { return editor_ ? editor_->onKeyUp(key) : onKeyUp(key); }
 
 void EditorFrame::windowWheel(Point where, float distance) {
     withCanvas([this, where, distance](Canvas& canvas) { onWheel(&canvas, where, distance); });

@@ -49,7 +49,7 @@ public:
 // The dispatcher's view of the editor: the host's records and key codes to the editor's and back.
 class SynthPlugin::EditorAdapter : public PluginEditor {
 public:
-    explicit EditorAdapter(SynthEditor& editor) : editor_(editor) {}
+    EditorAdapter(SynthEditor& editor, FileCommands& fileCommands) : editor_(editor), fileCommands_(fileCommands) {}
     vst2::intptr getRect(vst2::ERect** rect) override {
         EditorRect* size = nullptr;
         editor_.getRect(&size);
@@ -59,7 +59,11 @@ public:
     }
     vst2::intptr open(void* parentWindow) override { return editor_.open(parentWindow) ? 1 : 0; }
     void close() override { editor_.close(); }
-    void idle() override { editor_.idle(); }
+    // A file dialog's answer is picked up here, on the host's GUI thread, before the editor redraws.
+    void idle() override {
+        fileCommands_.idle();
+        editor_.idle();
+    }
     vst2::intptr keyDown(const vst2::VstKeyCode& key) override { return editor_.onKeyDown(toKeyCode(key)); }
     vst2::intptr keyUp(const vst2::VstKeyCode& key) override { return editor_.onKeyUp(toKeyCode(key)); }
     vst2::intptr setKnobMode(int mode) override { return editor_.setKnobMode(mode); }
@@ -68,6 +72,7 @@ public:
 
 private:
     SynthEditor& editor_;
+    FileCommands& fileCommands_;
     vst2::ERect rect_{};
 };
 
@@ -153,7 +158,7 @@ SynthPlugin::SynthPlugin(vst2::HostCallback host, std::unique_ptr<FileDialogs> d
     synthEditor_.reset(new SynthEditor(*this, this));
     synthEditor_->showProgramAndMaps(record, maps);
     synthEditor_->setStartupStatus(kEffectName, kVersionLine);
-    editorAdapter_.reset(new EditorAdapter(*synthEditor_));
+    editorAdapter_.reset(new EditorAdapter(*synthEditor_, *fileCommands_));
     attachEditor(editorAdapter_.get());
 }
 
@@ -546,6 +551,10 @@ void SynthPlugin::bankPrograms(int bank, BankPrograms& out) const {
 }
 
 void SynthPlugin::showStatus(const char* line1, const char* line2) { synthEditor_->showStatus(line1, line2); }
+
+void SynthPlugin::loadDroppedFile(const char* path) {
+    if (path) fileCommands_->loadDroppedFile(path);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Session state (host threads)

@@ -87,6 +87,7 @@ public:
     void beginEdit(int index) override;
     void endEdit(int index) override;
     void hostIdle() override { masterIdle(); }
+    void loadDroppedFile(const char* path) override;
     // The editor announces itself when it is built: the effect record then reports an editor.
     void registerEditor(EditorBase* editor) override;
 

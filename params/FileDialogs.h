@@ -2,6 +2,7 @@
 // texts they show, as plain tables that every implementation shares.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -60,13 +61,43 @@ struct DialogChoice {
     static DialogChoice unavailable() { return {Outcome::Unavailable, {}}; }
 };
 
-// Both calls block until the user has answered. A save dialog asks before overwriting and answers a
-// path that already carries the default extension when the user typed none.
+// A dialog that may still be open. The file commands ask it from the editor's idle calls until it has
+// an answer, so the host's GUI thread goes on painting and idling meanwhile. Destroying an unanswered
+// request closes its dialog and forgets the answer.
+class DialogRequest {
+public:
+    virtual ~DialogRequest() = default;
+    // True once the user has answered, with the answer in choice; false while the dialog is open.
+    virtual bool poll(DialogChoice& choice) = 0;
+};
+
+// A request answered before it is returned: what a platform whose dialogs are modal hands back.
+class AnsweredRequest : public DialogRequest {
+public:
+    explicit AnsweredRequest(DialogChoice choice) : choice_(std::move(choice)) {}
+    bool poll(DialogChoice& choice) override {
+        choice = choice_;
+        return true;
+    }
+
+private:
+    DialogChoice choice_;
+};
+
+// A platform implements either the blocking pair (modal dialogs: the request then answers at once) or
+// the starting pair, which must not wait for the user. A save dialog asks before overwriting and answers
+// a path that already carries the default extension when the user typed none.
 class FileDialogs {
 public:
     virtual ~FileDialogs() = default;
     virtual DialogChoice openLoad(FileKind kind) = 0;
     virtual DialogChoice openSave(FileKind kind) = 0;
+    virtual std::unique_ptr<DialogRequest> startLoad(FileKind kind) {
+        return std::make_unique<AnsweredRequest>(openLoad(kind));
+    }
+    virtual std::unique_ptr<DialogRequest> startSave(FileKind kind) {
+        return std::make_unique<AnsweredRequest>(openSave(kind));
+    }
 };
 
 }  // namespace tolvane

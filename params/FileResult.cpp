@@ -14,6 +14,7 @@ const char* fileResultSecondLine(FileResult result) {
     case FileResult::UnknownVersion: return "Unknown file ver.";
     case FileResult::CannotSave: return "Cannot save file";
     case FileResult::NoDialog: return "No file dialog";
+    case FileResult::UnknownType: return "Unknown file type";
     }
     return "";
 }

@@ -10,6 +10,7 @@ enum class FileResult {
     UnknownVersion,  // a version this reader does not accept
     CannotSave,      // cannot be created, written or moved into place
     NoDialog,        // no file dialog is available on this system
+    UnknownType,     // a dropped file whose extension names none of the file kinds
 };
 
 // First status line: "File I/O error" for every failure, empty for Ok.

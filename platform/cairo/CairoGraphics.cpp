@@ -4,6 +4,9 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
+
+#include "platform/cairo/Windows1252.h"
 
 namespace tolvane {
 namespace {
@@ -34,10 +37,12 @@ double textWidth(cairo_t* cr, const FontSpec& font, const char* text) {
     cairo_save(cr);
     selectFont(cr, font);
     cairo_text_extents_t extents;
-    cairo_text_extents(cr, text ? text : "", &extents);
+    cairo_text_extents(cr, windows1252ToUtf8(text).c_str(), &extents);
     cairo_restore(cr);
     return extents.x_advance;
 }
+
+void showText(cairo_t* cr, const char* text) { cairo_show_text(cr, windows1252ToUtf8(text).c_str()); }
 
 // ---- images
 
@@ -191,6 +196,7 @@ void CairoGraphics::drawLine(Point from, Point to, Color color, int width, LineS
 void CairoGraphics::drawText(const char* text, const Rect& box, const FontSpec& font, Color color,
                              const Color* opaqueBack, int align) {
     if (!text || !*text || isEmpty(box)) return;
+    const std::string utf8 = windows1252ToUtf8(text);
     cairo_save(cr_);
     cairo_rectangle(cr_, box.left, box.top, box.width(), box.height());
     cairo_clip(cr_);
@@ -198,7 +204,7 @@ void CairoGraphics::drawText(const char* text, const Rect& box, const FontSpec& 
     cairo_font_extents_t fontExtents;
     cairo_font_extents(cr_, &fontExtents);
     cairo_text_extents_t extents;
-    cairo_text_extents(cr_, text, &extents);
+    cairo_text_extents(cr_, utf8.c_str(), &extents);
 
     const double lineHeight = fontExtents.ascent + fontExtents.descent;
     double x = box.left;
@@ -217,7 +223,7 @@ void CairoGraphics::drawText(const char* text, const Rect& box, const FontSpec& 
     }
     setColor(cr_, color);
     cairo_move_to(cr_, x, baseline);
-    cairo_show_text(cr_, text);
+    cairo_show_text(cr_, utf8.c_str());
     if (font.underline) {
         cairo_rectangle(cr_, x, baseline + 1, std::ceil(extents.x_advance), 1);
         cairo_fill(cr_);

@@ -62,9 +62,11 @@ private:
 };
 
 // Text measurement and drawing with the same font choices, for platform code that draws its own
-// menus and edit fields.
+// menus and edit fields. Texts are Windows-1252, as everywhere in the product; these convert them.
 void selectFont(cairo_t* cr, const FontSpec& font);
 double textWidth(cairo_t* cr, const FontSpec& font, const char* text);
+// Draws at the current point in the current font and colour.
+void showText(cairo_t* cr, const char* text);
 void setColor(cairo_t* cr, Color color);
 
 }  // namespace tolvane

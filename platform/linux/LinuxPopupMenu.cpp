@@ -95,7 +95,8 @@ void LinuxPopupMenu::layout(Level& level) {
     level.screen = Rect{0, 0, std::max(width, 40), std::max(height, kItemHeight)};
 }
 
-void LinuxPopupMenu::openLevel(const std::vector<MenuItem>& items, int rootX, int rootY, int alternateRootX) {
+void LinuxPopupMenu::openLevel(const std::vector<MenuItem>& items, int rootX, int rootY, int alternateRootX,
+                               int alternateBottom, const Point* keepClear) {
     auto level = std::make_unique<Level>();
     level->items = &items;
     layout(*level);
@@ -105,8 +106,18 @@ void LinuxPopupMenu::openLevel(const std::vector<MenuItem>& items, int rootX, in
     const int screenH = DisplayHeight(display_, DefaultScreen(display_));
     // Keep it on the screen: flip to the other side, else push inwards.
     if (rootX + width > screenW) rootX = alternateRootX - width >= 0 ? alternateRootX - width : screenW - width;
-    if (rootY + height > screenH) rootY = std::max(0, screenH - height);
+    bool pushed = false;
+    if (rootY + height > screenH) {
+        pushed = !(alternateBottom >= 0 && alternateBottom - height >= 0);
+        rootY = pushed ? std::max(0, screenH - height) : alternateBottom - height;
+    }
     rootX = std::max(0, rootX);
+    // Too tall for either side: pushed onto the screen, it moves sideways off the pointer where it can.
+    if (pushed && keepClear && keepClear->v >= rootY && keepClear->v < rootY + height && keepClear->h >= rootX &&
+        keepClear->h < rootX + width) {
+        if (keepClear->h + 2 + width <= screenW) rootX = keepClear->h + 2;
+        else if (keepClear->h - 1 - width >= 0) rootX = keepClear->h - 1 - width;
+    }
     level->screen = Rect{rootX, rootY, rootX + width, rootY + height};
 
     XSetWindowAttributes attributes{};
@@ -209,7 +220,7 @@ void LinuxPopupMenu::draw(Level& level) {
         double baseline = std::floor(area.top + (area.height() - (extents.ascent + extents.descent)) / 2.0 +
                                      extents.ascent + 0.5);
         cairo_move_to(cr, area.left + kCheckRoom, baseline);
-        cairo_show_text(cr, item.text.c_str());
+        showText(cr, item.text.c_str());
     }
     cairo_destroy(cr);
     cairo_surface_flush(level.surface);
@@ -247,7 +258,7 @@ void LinuxPopupMenu::highlight(std::size_t levelIndex, int entry) {
         if (item.hasSubmenu && !item.submenu.empty()) {
             const Rect& a = level.slots[static_cast<std::size_t>(entry)].area;
             openLevel(item.submenu, level.screen.left + a.right, level.screen.top + a.top - kBorder,
-                      level.screen.left + a.left);
+                      level.screen.left + a.left, -1, nullptr);
         }
     }
     draw(level);
@@ -284,20 +295,35 @@ bool LinuxPopupMenu::grab() {
     return pointer;
 }
 
+// A menu that does not fit below its corner opens above both the corner and the pointer (which lies on the
+// control that opened it); one that fits neither way is pushed onto the screen beside the pointer, so that
+// it appears under the pointer only when it fits nowhere else. The release of the click that opened the
+// menu never chooses: an entry is chosen by a press and release on it, or by a release after the pointer
+// came into the menu from outside (a press held and dragged onto an entry).
 int LinuxPopupMenu::run(const std::vector<MenuItem>& items, Point where, bool) {
     Window child = 0;
     int rootX = 0, rootY = 0;
     XTranslateCoordinates(display_, owner_.window(), DefaultRootWindow(display_), where.h, where.v, &rootX, &rootY,
                           &child);
-    openLevel(items, rootX, rootY, rootX);
+    Window root = 0;
+    int pointerX = rootX, pointerY = rootY, x = 0, y = 0;
+    unsigned int mask = 0;
+    XQueryPointer(display_, owner_.window(), &root, &child, &pointerX, &pointerY, &x, &y, &mask);
+    const Point pointer{pointerX, pointerY};
+    openLevel(items, rootX, rootY, rootX, std::min(rootY, pointerY) - 1, &pointer);
     grab();
 
+    int level = -1, entry = -1;
+    hit(pointerX, pointerY, level, entry);
+    bool pointerWasOutside = level < 0;
+    bool armed = false;  // a release may choose
     // The release of the press that opened the menu must not dismiss it.
     bool pressedSinceOpening = false;
     while (!done_) {
         XEvent event;
         XNextEvent(display_, &event);
-        int level = -1, entry = -1;
+        level = -1;
+        entry = -1;
         Level* own = nullptr;
         for (auto& l : levels_)
             if (l->window == event.xany.window) own = l.get();
@@ -312,17 +338,20 @@ int LinuxPopupMenu::run(const std::vector<MenuItem>& items, Point where, bool) {
             case MotionNotify:
                 hit(event.xmotion.x_root, event.xmotion.y_root, level, entry);
                 if (level >= 0) highlight(static_cast<std::size_t>(level), entry);
+                if (level < 0) pointerWasOutside = true;
+                else if (pointerWasOutside) armed = true;
                 break;
             case ButtonPress:
                 if (event.xbutton.button == Button4 || event.xbutton.button == Button5) break;
                 hit(event.xbutton.x_root, event.xbutton.y_root, level, entry);
                 if (level < 0) done_ = true;  // a press outside closes the menu
                 pressedSinceOpening = true;
+                armed = true;
                 break;
             case ButtonRelease:
                 if (event.xbutton.button == Button4 || event.xbutton.button == Button5) break;
                 hit(event.xbutton.x_root, event.xbutton.y_root, level, entry);
-                if (level >= 0 && entry >= 0) {
+                if (level >= 0 && entry >= 0 && armed) {
                     const MenuItem& item = (*levels_[static_cast<std::size_t>(level)]->items)[static_cast<std::size_t>(entry)];
                     if (selectable(item) && !item.hasSubmenu) {
                         result_ = item.id;

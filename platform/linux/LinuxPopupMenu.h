@@ -41,7 +41,11 @@ private:
         std::vector<int> columnEdges;  // x of each column boundary, for the dividing lines
     };
 
-    void openLevel(const std::vector<MenuItem>& items, int rootX, int rootY, int alternateRootX);
+    // Opens a level at a root position; one too wide opens left of alternateRootX instead, one too tall ends
+    // at alternateBottom instead (when that is not negative and it fits there), else it is pushed onto the
+    // screen and, when keepClear is given, beside that point rather than over it.
+    void openLevel(const std::vector<MenuItem>& items, int rootX, int rootY, int alternateRootX, int alternateBottom,
+                   const Point* keepClear);
     void closeLevelsFrom(std::size_t index);
     void draw(Level& level);
     void layout(Level& level);

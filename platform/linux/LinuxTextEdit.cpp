@@ -4,9 +4,11 @@
 #include <X11/keysym.h>
 #include <cairo-xlib.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/cairo/CairoGraphics.h"
+#include "platform/cairo/Windows1252.h"
 #include "platform/linux/LinuxWindow.h"
 #include "platform/linux/XErrorTrap.h"
 
@@ -14,7 +16,17 @@ namespace tolvane {
 namespace {
 
 constexpr std::size_t kMaxLength = 255;
+constexpr long kFieldEvents = ExposureMask | KeyPressMask | ButtonPressMask | FocusChangeMask;
 constexpr int kTextInset = 2;
+
+// Without an input context a key's character comes from its keysym: Latin-1 keysyms carry their code
+// point, Unicode keysyms carry it in the low 24 bits, and the euro sign has a keysym of its own.
+char32_t keysymCodePoint(KeySym symbol) {
+    if ((symbol >= 0x20 && symbol <= 0x7E) || (symbol >= 0xA0 && symbol <= 0xFF)) return static_cast<char32_t>(symbol);
+    if ((symbol & 0xFF000000UL) == 0x01000000UL) return static_cast<char32_t>(symbol & 0x00FFFFFFUL);
+    if (symbol == XK_EuroSign) return 0x20AC;
+    return 0;
+}
 
 }  // namespace
 
@@ -27,12 +39,13 @@ LinuxTextEdit::LinuxTextEdit(LinuxWindow& owner, const TextEditRequest& request,
     if (area.width() <= 0 || area.height() <= 0) return;
 
     XSetWindowAttributes attributes{};
-    attributes.event_mask = ExposureMask | KeyPressMask | ButtonPressMask | FocusChangeMask;
+    attributes.event_mask = kFieldEvents;
     attributes.background_pixmap = None;
     window_ = XCreateWindow(display, owner.window(), area.left, area.top, static_cast<unsigned>(area.width()),
                             static_cast<unsigned>(area.height()), 0, CopyFromParent, InputOutput, CopyFromParent,
                             CWEventMask | CWBackPixmap, &attributes);
     surface_ = cairo_xlib_surface_create(display, window_, owner.visual(), area.width(), area.height());
+    openInputContext(display);
     XMapRaised(display, window_);
 
     // Take the keyboard from whoever has it (normally the host's top-level window) for the time of the edit.
@@ -51,7 +64,54 @@ void LinuxTextEdit::detach() {
     owner_ = nullptr;
 }
 
+// Keys are read as UTF-8 through an input context of the host's input method where one can be opened
+// (dead keys and compose sequences then work as elsewhere on the desktop); the field keeps what
+// Windows-1252 can hold.
+void LinuxTextEdit::openInputContext(Display* display) {
+    inputMethod_ = XOpenIM(display, nullptr, nullptr, nullptr);
+    if (!inputMethod_) return;
+    inputContext_ = XCreateIC(inputMethod_, XNInputStyle, XIMPreeditNothing | XIMStatusNothing, XNClientWindow,
+                              window_, XNFocusWindow, window_, nullptr);
+    if (!inputContext_) {
+        XCloseIM(inputMethod_);
+        inputMethod_ = nullptr;
+        return;
+    }
+    long filterMask = 0;
+    XGetICValues(inputContext_, XNFilterEvents, &filterMask, nullptr);
+    XSelectInput(display, window_, kFieldEvents | filterMask);
+    XSetICFocus(inputContext_);
+}
+
+void LinuxTextEdit::closeInputContext() {
+    if (inputContext_) {
+        XUnsetICFocus(inputContext_);
+        XDestroyIC(inputContext_);
+    }
+    if (inputMethod_) XCloseIM(inputMethod_);
+    inputContext_ = nullptr;
+    inputMethod_ = nullptr;
+}
+
+std::string LinuxTextEdit::typedText(XKeyEvent& key, KeySym& symbol) {
+    symbol = 0;
+    if (inputContext_) {
+        char buffer[64];
+        Status status = 0;
+        int length = Xutf8LookupString(inputContext_, &key, buffer, sizeof buffer, &symbol, &status);
+        if (status != XLookupKeySym && status != XLookupBoth) symbol = 0;
+        if ((status == XLookupChars || status == XLookupBoth) && length > 0)
+            return utf8ToWindows1252(std::string(buffer, static_cast<std::size_t>(length)));
+        return std::string();
+    }
+    char buffer[8];
+    XLookupString(&key, buffer, sizeof buffer, &symbol, nullptr);
+    const unsigned char byte = windows1252FromCodePoint(keysymCodePoint(symbol));
+    return byte ? std::string(1, static_cast<char>(byte)) : std::string();
+}
+
 void LinuxTextEdit::close() {
+    closeInputContext();
     if (!window_ || !owner_) {
         window_ = 0;
         return;
@@ -63,13 +123,22 @@ void LinuxTextEdit::close() {
         surface_ = nullptr;
     }
     {
-        // Give the keyboard back; the previous owner may be gone, which is not an error here.
-        XErrorTrap trap(display);
+        // Give the keyboard back to where it was, PointerRoot and None included: left alone, the focus would
+        // fall to the editor's window when the field goes, and keys meant for the host would end there. A
+        // previous owner that is gone meanwhile leaves the focus following the pointer.
         Window focus = 0;
         int revert = 0;
         XGetInputFocus(display, &focus, &revert);
-        if (focus == window_ && previousFocus_ != None && previousFocus_ != PointerRoot)
-            XSetInputFocus(display, previousFocus_, previousRevert_, CurrentTime);
+        if (focus == window_) {
+            bool restored = false;
+            {
+                XErrorTrap trap(display);
+                XSetInputFocus(display, previousFocus_, previousRevert_, CurrentTime);
+                restored = !trap.failed();
+            }
+            if (!restored) XSetInputFocus(display, PointerRoot, RevertToPointerRoot, CurrentTime);
+        }
+        XErrorTrap trap(display);
         XDestroyWindow(display, window_);
     }
     window_ = 0;
@@ -140,7 +209,7 @@ void LinuxTextEdit::draw() {
     setColor(cr, ink);
     selectFont(cr, request_.font);
     cairo_move_to(cr, left, baseline);
-    cairo_show_text(cr, text_.c_str());
+    showText(cr, text_.c_str());
     if (!allSelected_ || text_.empty()) {
         setColor(cr, request_.fontColor);
         cairo_rectangle(cr, std::floor(caretX), top, 1, std::ceil(font.ascent + font.descent));
@@ -153,6 +222,8 @@ void LinuxTextEdit::draw() {
 
 void LinuxTextEdit::handleEvent(XEvent& event) {
     if (ended_) return;
+    // The input method sees every event first and may keep it (the dead key of a composed character).
+    if (inputContext_ && XFilterEvent(&event, window_)) return;
     switch (event.type) {
         case Expose:
             if (event.xexpose.count == 0) draw();
@@ -171,9 +242,8 @@ void LinuxTextEdit::handleEvent(XEvent& event) {
                 end();
             break;
         case KeyPress: {
-            char typed[8] = {};
             KeySym symbol = 0;
-            int length = XLookupString(&event.xkey, typed, sizeof typed - 1, &symbol, nullptr);
+            std::string typed = typedText(event.xkey, symbol);
             switch (symbol) {
                 case XK_Return:
                 case XK_KP_Enter:
@@ -226,14 +296,18 @@ void LinuxTextEdit::handleEvent(XEvent& event) {
                     allSelected_ = false;
                     break;
                 default:
-                    if (length == 1 && static_cast<unsigned char>(typed[0]) >= 32 && typed[0] != 127 &&
-                        !(event.xkey.state & ControlMask)) {
+                    typed.erase(std::remove_if(typed.begin(), typed.end(),
+                                               [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }),
+                                typed.end());
+                    if (!typed.empty() && !(event.xkey.state & ControlMask)) {
                         if (allSelected_) {
                             text_.clear();
                             caret_ = 0;
                             allSelected_ = false;
                         }
-                        if (text_.size() < kMaxLength) text_.insert(caret_++, 1, typed[0]);
+                        typed.resize(std::min(typed.size(), kMaxLength - std::min(kMaxLength, text_.size())));
+                        text_.insert(caret_, typed);
+                        caret_ += typed.size();
                     } else if ((event.xkey.state & ControlMask) && (symbol == XK_a || symbol == XK_A)) {
                         allSelected_ = true;
                     }

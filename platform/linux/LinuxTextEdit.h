@@ -33,6 +33,10 @@ public:
     void detach();
 
 private:
+    void openInputContext(Display* display);
+    void closeInputContext();
+    // What a key press types, in Windows-1252 (empty for keys that type nothing), and its keysym.
+    std::string typedText(XKeyEvent& key, KeySym& symbol);
     void draw();
     void end();
     void close();
@@ -51,6 +55,8 @@ private:
     Window previousFocus_ = 0;
     int previousRevert_ = RevertToParent;
     cairo_surface_t* surface_ = nullptr;
+    XIM inputMethod_ = nullptr;
+    XIC inputContext_ = nullptr;
 };
 
 }  // namespace tolvane

@@ -248,6 +248,11 @@ void LinuxWindow::handleForeignEvent(XEvent& event) {
 }
 
 void LinuxWindow::handleEvent(XEvent& event, bool nested) {
+    if (event.type == MappingNotify) {
+        // The user changed the keyboard layout: keys are looked up in the new one from now on.
+        XRefreshKeyboardMapping(&event.xmapping);
+        return;
+    }
     if (edit_ && event.xany.window == edit_->window()) {
         edit_->handleEvent(event);  // may end the edit and destroy it
         return;

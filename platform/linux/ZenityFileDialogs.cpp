@@ -1,7 +1,9 @@
 #include "platform/linux/ZenityFileDialogs.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -19,18 +21,82 @@ std::string linuxPattern(const char* pattern) {
     return p == "*.*" ? "*" : p;
 }
 
-struct ChildAnswer {
-    bool started = false;
-    bool succeeded = false;  // exited with status 0
-    std::string output;
+// The first line of the program's output, without its line end.
+std::string firstLine(const std::string& output) {
+    std::string line = output.substr(0, output.find('\n'));
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    return line;
+}
+
+// A dialog program running as a child process with its standard output on a non-blocking pipe and its
+// standard error discarded. Each poll collects what it printed so far; once the pipe is closed and the
+// child has ended, its exit status and first line are the answer. A request dropped while the dialog is
+// still open ends the child.
+class ChildDialog : public DialogRequest {
+public:
+    ChildDialog(pid_t pid, int output, FileKind kind, bool save) : pid_(pid), output_(output), kind_(kind), save_(save) {}
+    ~ChildDialog() override {
+        if (output_ >= 0) close(output_);
+        if (pid_ > 0) {
+            kill(pid_, SIGTERM);
+            while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) {
+            }
+        }
+    }
+    ChildDialog(const ChildDialog&) = delete;
+    ChildDialog& operator=(const ChildDialog&) = delete;
+
+    bool poll(DialogChoice& choice) override {
+        if (output_ >= 0) {
+            char buffer[4096];
+            for (;;) {
+                ssize_t n = read(output_, buffer, sizeof buffer);
+                if (n > 0) {
+                    printed_.append(buffer, static_cast<std::size_t>(n));
+                } else if (n < 0 && errno == EINTR) {
+                    continue;
+                } else {
+                    if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return false;  // still open
+                    close(output_);
+                    output_ = -1;
+                    break;
+                }
+            }
+        }
+        int status = 0;
+        pid_t waited = waitpid(pid_, &status, WNOHANG);
+        if (waited == 0) return false;  // closed its output but has not ended yet
+        if (waited < 0 && errno == EINTR) return false;
+        bool succeeded;
+        if (waited == pid_) {
+            succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        } else {
+            // A host that ignores SIGCHLD leaves no status to collect: a printed path is the answer then.
+            succeeded = waited < 0 && errno == ECHILD;
+        }
+        pid_ = 0;
+        std::string path = firstLine(printed_);
+        if (!succeeded || path.empty()) {
+            choice = DialogChoice::cancelled();
+        } else {
+            choice = DialogChoice::chosen(save_ ? withDefaultExtension(path, kind_) : path);
+        }
+        return true;
+    }
+
+private:
+    pid_t pid_;
+    int output_;
+    FileKind kind_;
+    bool save_;
+    std::string printed_;
 };
 
-// Runs the program with its standard output on a pipe and its standard error discarded, collects
-// everything it prints and waits for it to end.
-ChildAnswer runAndCapture(const std::string& program, const std::vector<std::string>& arguments) {
-    ChildAnswer answer;
+// Starts the program; null when it cannot be started.
+std::unique_ptr<DialogRequest> startChild(const std::string& program, const std::vector<std::string>& arguments,
+                                          FileKind kind, bool save) {
     int pipeEnds[2];
-    if (pipe2(pipeEnds, O_CLOEXEC) != 0) return answer;
+    if (pipe2(pipeEnds, O_CLOEXEC) != 0) return nullptr;
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -47,40 +113,10 @@ ChildAnswer runAndCapture(const std::string& program, const std::vector<std::str
     close(pipeEnds[1]);
     if (spawnError != 0) {
         close(pipeEnds[0]);
-        return answer;
+        return nullptr;
     }
-    answer.started = true;
-
-    char buffer[4096];
-    for (;;) {
-        ssize_t n = read(pipeEnds[0], buffer, sizeof buffer);
-        if (n > 0) {
-            answer.output.append(buffer, static_cast<std::size_t>(n));
-        } else if (n == 0 || errno != EINTR) {
-            break;
-        }
-    }
-    close(pipeEnds[0]);
-
-    int status = 0;
-    pid_t waited;
-    do {
-        waited = waitpid(pid, &status, 0);
-    } while (waited < 0 && errno == EINTR);
-    if (waited == pid) {
-        answer.succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    } else {
-        // A host that ignores SIGCHLD leaves no status to collect: a printed path is the answer then.
-        answer.succeeded = waited < 0 && errno == ECHILD;
-    }
-    return answer;
-}
-
-// The first line of the program's output, without its line end.
-std::string firstLine(const std::string& output) {
-    std::string line = output.substr(0, output.find('\n'));
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    return line;
+    fcntl(pipeEnds[0], F_SETFL, fcntl(pipeEnds[0], F_GETFL) | O_NONBLOCK);
+    return std::make_unique<ChildDialog>(pid, pipeEnds[0], kind, save);
 }
 
 }  // namespace
@@ -131,7 +167,7 @@ std::vector<std::string> ZenityFileDialogs::kdialogArguments(FileKind kind, bool
             save ? "--getsavefilename" : "--getopenfilename", ".", filter};
 }
 
-DialogChoice ZenityFileDialogs::ask(FileKind kind, bool save) {
+std::unique_ptr<DialogRequest> ZenityFileDialogs::start(FileKind kind, bool save) {
     struct Candidate {
         const char* name;
         std::vector<std::string> (*arguments)(FileKind, bool);
@@ -140,17 +176,26 @@ DialogChoice ZenityFileDialogs::ask(FileKind kind, bool save) {
     for (const Candidate& candidate : candidates) {
         std::string program = findInPath(candidate.name);
         if (program.empty()) continue;
-        ChildAnswer answer = runAndCapture(program, candidate.arguments(kind, save));
-        if (!answer.started) continue;
-        std::string path = firstLine(answer.output);
-        if (!answer.succeeded || path.empty()) return DialogChoice::cancelled();
-        return DialogChoice::chosen(save ? withDefaultExtension(path, kind) : path);
+        if (auto request = startChild(program, candidate.arguments(kind, save), kind, save)) return request;
     }
-    return DialogChoice::unavailable();
+    return std::make_unique<AnsweredRequest>(DialogChoice::unavailable());
 }
 
-DialogChoice ZenityFileDialogs::openLoad(FileKind kind) { return ask(kind, false); }
+DialogChoice ZenityFileDialogs::wait(DialogRequest& request) {
+    DialogChoice choice;
+    while (!request.poll(choice)) {
+        timespec pause{0, 10 * 1000000L};
+        nanosleep(&pause, nullptr);
+    }
+    return choice;
+}
 
-DialogChoice ZenityFileDialogs::openSave(FileKind kind) { return ask(kind, true); }
+std::unique_ptr<DialogRequest> ZenityFileDialogs::startLoad(FileKind kind) { return start(kind, false); }
+
+std::unique_ptr<DialogRequest> ZenityFileDialogs::startSave(FileKind kind) { return start(kind, true); }
+
+DialogChoice ZenityFileDialogs::openLoad(FileKind kind) { return wait(*start(kind, false)); }
+
+DialogChoice ZenityFileDialogs::openSave(FileKind kind) { return wait(*start(kind, true)); }
 
 }  // namespace tolvane

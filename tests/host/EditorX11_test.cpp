@@ -11,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -18,16 +19,22 @@
 
 #include <gtest/gtest.h>
 
+#include "dsp/Mappings.h"
 #include "editor/EditorSkin.h"
 #include "gui/BmpImage.h"
 #include "gui/EmbeddedResources.h"
+#include "host/SynthPlugin.h"
 #include "host/Vst2.h"
-#include "dsp/Mappings.h"
+#include "params/ProgramFiles.h"
+#include "support/TempFolder.h"
 #include "tools/render/EditorScreenshot.h"
 
 // Last: Xlib's macros would clash with names in the headers above.
 #include <X11/Xlib.h>
+#include <X11/Xatom.h>
 #include <X11/Xutil.h>
+#include <X11/keysym.h>
+
 #include "support/XTestUser.h"
 #if defined(TOLVANE_HAVE_XRES)
 #include <X11/extensions/XRes.h>
@@ -67,6 +74,22 @@ int openDescriptors() {
     return count;
 }
 
+// The top-level windows (menus among them) that appeared since `before`, with their rectangles on the root.
+std::vector<Rect> newTopLevels(Display* display, const std::vector<Window>& before) {
+    std::vector<Rect> found;
+    Window root = 0, parent = 0, *list = nullptr;
+    unsigned int count = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &list, &count);
+    for (unsigned int i = 0; i < count; ++i) {
+        if (std::find(before.begin(), before.end(), list[i]) != before.end()) continue;
+        XWindowAttributes a{};
+        if (XGetWindowAttributes(display, list[i], &a) && a.map_state == IsViewable)
+            found.push_back(Rect{a.x, a.y, a.x + a.width, a.y + a.height});
+    }
+    if (list) XFree(list);
+    return found;
+}
+
 // ---- the fixture: the module, one plug-in, and a host window for its editor
 
 class EditorInHostWindow : public ::testing::Test {
@@ -86,6 +109,9 @@ protected:
         display = XOpenDisplay(nullptr);
         ASSERT_NE(display, nullptr);
         host = testing::openHostWindow(display, 40, 40, 718, 310);
+        // Keys follow the pointer, as on a desktop without a window manager.
+        XSetInputFocus(display, PointerRoot, RevertToPointerRoot, CurrentTime);
+        XSync(display, False);
     }
     void TearDown() override {
         if (effect) dispatch(vst2::effClose);
@@ -158,11 +184,51 @@ protected:
         return automated.empty() ? -1.0f : automated.back().value;
     }
     // Waits until the page's background shows in the headers (where no control lies).
+    // The editor of a synthesizer made in this process, drawn offscreen after prepare() ran on it: what the
+    // window must show after the same steps.
+    EditorPicture offscreen(int page, const std::function<void(vst2::AEffect*)>& prepare) {
+        EditorPicture picture;
+        vst2::AEffect* local = createSynthInProcess(recordingHost);
+        if (!local) return picture;
+        prepare(local);
+        std::string error;
+        if (!drawEditorOffscreen(local, page, picture, "", error)) ADD_FAILURE() << error;
+        local->dispatcher(local, vst2::effClose, 0, 0, nullptr, 0.0f);
+        return picture;
+    }
+    // Pixels of the window that differ from the picture (all of them when the sizes differ), and the
+    // rectangle around them.
+    int differingPixels(const EditorPicture& expected, Rect* where = nullptr) {
+        std::vector<std::uint32_t> shown = grab(Rect{0, 0, 718, 310});
+        if (shown.size() != expected.pixels.size()) return static_cast<int>(shown.size() + expected.pixels.size());
+        int differing = 0;
+        Rect box{718, 310, 0, 0};
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            const int x = static_cast<int>(i % 718), y = static_cast<int>(i / 718);
+            if (shown[i] == expected.pixels[i] || (x >= ignored.left && x < ignored.right && y >= ignored.top &&
+                                                   y < ignored.bottom))
+                continue;
+            ++differing;
+            box = Rect{std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1), std::max(box.bottom, y + 1)};
+        }
+        if (where) *where = box;
+        return differing;
+    }
+    std::string differences(const EditorPicture& expected) {
+        Rect box;
+        const int count = differingPixels(expected, &box);
+        return std::to_string(count) + " pixels differ, within " + std::to_string(box.left) + "," +
+               std::to_string(box.top) + " - " + std::to_string(box.right) + "," + std::to_string(box.bottom);
+    }
+    bool shows(const EditorPicture& expected, int milliseconds = 3000) {
+        return idleUntil([&] { return differingPixels(expected) == 0; }, milliseconds);
+    }
     bool pageShown(int page) {
         return idleUntil([&] { return showsBitmap(page == 1 ? skin::kPage1Background : skin::kPage2Background,
                                                   Rect{0, 0, 300, 30}, Point{0, 0}); });
     }
 
+    Rect ignored;  // an area the picture comparisons leave out
     void* module_ = nullptr;
     vst2::AEffect* effect = nullptr;
     Display* display = nullptr;
@@ -170,26 +236,10 @@ protected:
 };
 
 TEST_F(EditorInHostWindow, TheWindowShowsWhatTheOffscreenDrawingShows) {
-    EditorPicture expected;
-    {
-        vst2::AEffect* local = createSynthInProcess(recordingHost);
-        ASSERT_NE(local, nullptr);
-        std::string error;
-        ASSERT_TRUE(drawEditorOffscreen(local, 1, expected, "", error)) << error;
-        local->dispatcher(local, vst2::effClose, 0, 0, nullptr, 0.0f);
-    }
+    const EditorPicture expected = offscreen(1, [](vst2::AEffect*) {});
     ASSERT_EQ(openEditor(), 1);
     ASSERT_NE(editorWindow(), 0u);
-    std::vector<std::uint32_t> shown;
-    int differing = -1;
-    idleUntil([&] {
-        shown = grab(Rect{0, 0, 718, 310});
-        if (shown.size() != expected.pixels.size()) return false;
-        differing = 0;
-        for (std::size_t i = 0; i < shown.size(); ++i) differing += shown[i] != expected.pixels[i];
-        return differing == 0;
-    });
-    EXPECT_EQ(differing, 0) << "pixels that differ from the offscreen drawing";
+    EXPECT_TRUE(shows(expected)) << differences(expected);
     dispatch(vst2::effEditClose);
     EXPECT_TRUE(children(host).empty());
 }
@@ -277,6 +327,205 @@ TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
     std::vector<HostCall> knobCalls = callsFor(2);
     EXPECT_EQ(knobCalls.front().opcode, vst2::audioMasterBeginEdit);
     EXPECT_NEAR(lastAutomated(2), std::min(1.0f, before + 0.15f), 1e-5);
+    dispatch(vst2::effEditClose);
+}
+
+// A name typed with a character above ASCII: the whole editor still draws, on both pages, exactly as an
+// editor whose program was given that name directly does.
+TEST_F(EditorInHostWindow, ANameTypedWithAnAccentDrawsLikeTheSameNameSetDirectly) {
+    ASSERT_EQ(openEditor(), 1);
+    ASSERT_TRUE(pageShown(1));
+    std::atomic<bool> finished{false};
+    std::thread user([&] {
+        testing::XTestUser me;
+        me.keyFor(XK_eacute);
+        me.click(onScreen(Point{420, 299}));
+        testing::XTestUser::pause(300);
+        me.key(XK_c, true);
+        me.key(XK_a);
+        me.key(XK_f);
+        me.key(XK_eacute);
+        me.key(XK_Return);
+        finished = true;
+    });
+    idleUntil([&] { return finished.load(); }, 5000);
+    user.join();
+    auto renamed = [](vst2::AEffect* local) {
+        static_cast<SynthPlugin*>(PluginBase::fromEffect(local))->setProgramName("Caf\xE9");
+    };
+    const EditorPicture page1 = offscreen(1, renamed);
+    EXPECT_TRUE(shows(page1)) << "page 1: " << differences(page1);
+    char name[32] = {};
+    dispatch(vst2::effGetProgramName, 0, 0, name);
+    EXPECT_STREQ(name, "Caf\xE9");
+
+    {
+        testing::XTestUser me;
+        me.click(onScreen(Point{647, 296}));
+    }
+    const EditorPicture page2 = offscreen(2, renamed);
+    EXPECT_TRUE(shows(page2)) << "page 2: " << differences(page2);
+    dispatch(vst2::effEditClose);
+}
+
+// The program menu is too tall to open below the program number near the bottom of the screen. One click
+// opens it away from the pointer, and the release of that click chooses nothing.
+TEST_F(EditorInHostWindow, OneClickOnTheProgramNumberOpensItsMenuAndChoosesNothing) {
+    ASSERT_EQ(openEditor(), 1);
+    ASSERT_TRUE(pageShown(1));
+    const std::vector<Window> before = children(DefaultRootWindow(display));
+    const Point number = onScreen(Point{325, 284});
+    std::vector<Rect> menus;
+    std::atomic<bool> finished{false};
+    std::thread user([&] {
+        testing::XTestUser me;
+        me.click(number);
+        for (int i = 0; i < 100 && menus.empty(); ++i) {
+            testing::XTestUser::pause(20);
+            menus = newTopLevels(me.display(), before);
+        }
+        testing::XTestUser::pause(100);
+        me.key(XK_Escape);
+        finished = true;
+    });
+    idleUntil([&] { return finished.load(); }, 5000);
+    user.join();
+    ASSERT_EQ(menus.size(), 1u) << "the menu opened";
+    const Rect& menu = menus[0];
+    EXPECT_GT(menu.height(), 400) << "a tall menu";
+    EXPECT_FALSE(number.h >= menu.left && number.h < menu.right && number.v >= menu.top && number.v < menu.bottom)
+        << "the menu covers the pointer: " << menu.left << "," << menu.top << " - " << menu.right << "," << menu.bottom;
+    idleUntil([&] { return false; }, 200);
+    EXPECT_EQ(dispatch(vst2::effGetProgram), 0) << "no program was chosen";
+    EXPECT_TRUE(newTopLevels(display, before).empty()) << "Escape closed the menu";
+    dispatch(vst2::effEditClose);
+}
+
+// Keys typed into the window follow the host's rule: only the control that has the focus (the knob
+// pressed last) gets them, and with none focused an arrow changes nothing.
+TEST_F(EditorInHostWindow, KeysReachOnlyTheKnobPressedLast) {
+    ASSERT_EQ(openEditor(), 1);
+    ASSERT_TRUE(pageShown(1));
+    auto automated = [&] { return std::count_if(gCalls.begin(), gCalls.end(), [](const HostCall& c) {
+        return c.opcode == vst2::audioMasterAutomate; }); };
+    {
+        testing::XTestUser me;
+        me.moveTo(onScreen(Point{200, 20}));
+        for (KeySym arrow : {XK_Right, XK_Up, XK_Left, XK_Down}) me.key(arrow);
+    }
+    idleUntil([&] { return false; }, 300);
+    EXPECT_EQ(automated(), 0) << "an arrow with no knob focused moved a parameter";
+
+    const float before = effect->getParameter(effect, 2);
+    {
+        testing::XTestUser me;
+        me.click(onScreen(Point{65, 54}));
+    }
+    ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the knob was not pressed";
+    gCalls.clear();
+    {
+        testing::XTestUser me;
+        me.key(XK_Up);
+    }
+    ASSERT_TRUE(idleUntil([&] { return automated() > 0; })) << "the focused knob did not take the key";
+    EXPECT_EQ(static_cast<std::size_t>(automated()), callsFor(2, vst2::audioMasterAutomate).size());
+    EXPECT_NE(lastAutomated(2), before);
+    dispatch(vst2::effEditClose);
+}
+
+// Another application drops a program file with the XDND protocol: a source window of a second client
+// offers text/uri-list and answers the editor's request for the data. The editor then shows what an editor
+// given the same file through its load entry shows.
+TEST_F(EditorInHostWindow, AProgramFileDroppedFromAnotherApplicationLoads) {
+    testing::TempFolder folder;
+    ProgramRecord record{};
+    record.setName("Dropped Pad");
+    for (int i = 0; i < kNumProgramValues; ++i) record.values[i] = static_cast<float>((i * 37) % 101) / 100.0f;
+    const std::string path = folder.file("dropped pad.prog");
+    {
+        const FileBytes bytes = writeProgramFile(record);
+        std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
+                                                    static_cast<std::streamsize>(bytes.size()));
+    }
+    ASSERT_EQ(openEditor(), 1);
+    ASSERT_TRUE(pageShown(1));
+    const Window target = editorWindow();
+    const Point at = onScreen(Point{200, 150});
+
+    std::atomic<bool> finished{false};
+    bool accepted = false, completed = false;
+    std::thread source([&] {
+        Display* d = XOpenDisplay(nullptr);
+        const Window window = XCreateSimpleWindow(d, DefaultRootWindow(d), 0, 0, 10, 10, 0, 0, 0);
+        auto atom = [&](const char* name) { return XInternAtom(d, name, False); };
+        const Atom uriList = atom("text/uri-list"), selection = atom("XdndSelection");
+        XSetSelectionOwner(d, selection, window, CurrentTime);
+        auto send = [&](const char* type, long l1, long l2, long l3, long l4) {
+            XEvent e{};
+            e.xclient.type = ClientMessage;
+            e.xclient.window = target;
+            e.xclient.message_type = atom(type);
+            e.xclient.format = 32;
+            e.xclient.data.l[0] = static_cast<long>(window);
+            e.xclient.data.l[1] = l1;
+            e.xclient.data.l[2] = l2;
+            e.xclient.data.l[3] = l3;
+            e.xclient.data.l[4] = l4;
+            XSendEvent(d, target, False, NoEventMask, &e);
+            XFlush(d);
+        };
+        send("XdndEnter", 5L << 24, static_cast<long>(uriList), 0, 0);
+        send("XdndPosition", 0, (static_cast<long>(at.h) << 16) | at.v, CurrentTime,
+             static_cast<long>(atom("XdndActionCopy")));
+        auto until = Clock::now() + std::chrono::seconds(4);
+        bool dropped = false;
+        while (Clock::now() < until && !completed) {
+            if (!XPending(d)) {
+                testing::XTestUser::pause(5);
+                continue;
+            }
+            XEvent e;
+            XNextEvent(d, &e);
+            if (e.type == ClientMessage && e.xclient.message_type == atom("XdndStatus") && !dropped) {
+                accepted = (e.xclient.data.l[1] & 1) != 0;
+                send("XdndDrop", 0, CurrentTime, 0, 0);
+                dropped = true;
+            } else if (e.type == SelectionRequest) {
+                const std::string uris = "file://" + path + "\r\n";
+                std::string escaped;
+                for (char c : uris) escaped += c == ' ' ? std::string("%20") : std::string(1, c);
+                XSelectionRequestEvent& r = e.xselectionrequest;
+                XChangeProperty(d, r.requestor, r.property, uriList, 8, PropModeReplace,
+                                reinterpret_cast<const unsigned char*>(escaped.data()), static_cast<int>(escaped.size()));
+                XEvent reply{};
+                reply.xselection.type = SelectionNotify;
+                reply.xselection.requestor = r.requestor;
+                reply.xselection.selection = r.selection;
+                reply.xselection.target = r.target;
+                reply.xselection.property = r.property;
+                reply.xselection.time = r.time;
+                XSendEvent(d, r.requestor, False, NoEventMask, &reply);
+                XFlush(d);
+            } else if (e.type == ClientMessage && e.xclient.message_type == atom("XdndFinished")) {
+                completed = (e.xclient.data.l[1] & 1) != 0;
+            }
+        }
+        XDestroyWindow(d, window);
+        XCloseDisplay(d);
+        finished = true;
+    });
+    idleUntil([&] { return finished.load(); }, 6000);
+    source.join();
+    EXPECT_TRUE(accepted) << "the editor accepts the offered file list";
+    EXPECT_TRUE(completed) << "the editor took the drop";
+    const EditorPicture expected = offscreen(1, [&](vst2::AEffect* local) {
+        static_cast<SynthPlugin*>(PluginBase::fromEffect(local))->loadDroppedFile(path.c_str());
+    });
+    const EditorPicture untouched = offscreen(1, [](vst2::AEffect*) {});
+    // A window that opens shows the startup texts on the status lines; this one shows what it loaded.
+    ignored = Rect{401, 262, 557, 288};
+    ASSERT_NE(expected.pixels, untouched.pixels) << "the file changes what the editor shows";
+    EXPECT_TRUE(shows(expected)) << "against the file loaded directly: " << differences(expected);
     dispatch(vst2::effEditClose);
 }
 

@@ -30,7 +30,7 @@ TEST(FactoryBank, NamesAndInitSlots) {
         for (int i = 0; i < kNumProgramValues; ++i) {
             ASSERT_GE(record.values[i], 0.0f) << p << "/" << i;
             ASSERT_LE(record.values[i], i >= kFirstReserved ? 0.0f : 1.0f) << p << "/" << i;
-            if (p >= 1) {
+            if (p >= kNumDesignedPrograms) {
                 ASSERT_EQ(record.values[i], table.initValue(i)) << p << "/" << i;
             }
         }

@@ -205,5 +205,90 @@ TEST_F(FileCommandsTest, SavedFilesHoldTheEditBufferAndTheCurrentBank) {
     EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "Cannot save file"));
 }
 
+TEST_F(FileCommandsTest, AnOpenDialogIsAnsweredInALaterIdleAndFileCommandsWaitForIt) {
+    ProgramRecord record{};
+    record.setName("Later");
+    dialogs.choose(writeFile("later.prog", writeProgramFile(record)));
+    dialogs.waiting = true;
+    commands.run(FileAction::Load, FileKind::Program);
+    commands.idle();
+    EXPECT_TRUE(commands.dialogOpen());
+    EXPECT_FALSE(plugin.changed());
+    commands.run(FileAction::Load, FileKind::Bank);
+    commands.run(FileAction::Save, FileKind::Program);
+    commands.run(FileAction::Load, FileKind::Program);
+    EXPECT_EQ(dialogs.asked.size(), 1u) << "no second dialog while one is open";
+
+    dialogs.waiting = false;
+    commands.idle();
+    EXPECT_FALSE(commands.dialogOpen());
+    ASSERT_EQ(plugin.programsApplied, 1);
+    EXPECT_STREQ(plugin.appliedProgram.name, "Later");
+    EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
+    commands.idle();
+    EXPECT_EQ(plugin.programsApplied, 1) << "an answer is carried out once";
+    commands.run(FileAction::Load, FileKind::Bank);
+    EXPECT_EQ(dialogs.asked.size(), 2u) << "the next command opens a dialog again";
+}
+
+// A modal dialog (the Windows form) runs a message loop from which the host idles the editor, and the
+// user may pick another file command meanwhile: neither may wait for the dialog that is running.
+TEST_F(FileCommandsTest, AModalDialogsLoopMayIdleAndSendCommands) {
+    struct ModalDialogs : FileDialogs {
+        FileCommands* commands = nullptr;
+        std::string path;
+        int opened = 0;
+        DialogChoice openLoad(FileKind) override {
+            ++opened;
+            commands->idle();
+            commands->run(FileAction::Save, FileKind::Bank);
+            return DialogChoice::chosen(path);
+        }
+        DialogChoice openSave(FileKind kind) override { return openLoad(kind); }
+    } modal;
+    FileCommands modalCommands{plugin, modal};
+    modal.commands = &modalCommands;
+    modal.path = writeFile("modal.prog", writeProgramFile(plugin.edit));
+    modalCommands.run(FileAction::Load, FileKind::Program);
+    EXPECT_EQ(modal.opened, 1);
+    EXPECT_EQ(plugin.programsApplied, 1) << "the answer of a modal dialog is carried out at once";
+    EXPECT_FALSE(modalCommands.dialogOpen());
+}
+
+TEST_F(FileCommandsTest, DroppedFilesLoadAsTheirExtensionSays) {
+    ProgramRecord record{};
+    const FileBytes program = writeProgramFile(record);
+    const FileBytes bank = writeBankFile(*std::make_unique<BankPrograms>());
+    float maps[32] = {};
+    const FileBytes map = writeControllerMapFile(maps);
+    const struct {
+        std::string name;
+        const FileBytes* bytes;
+        int programs, banks, maps;
+    } cases[] = {
+        {"a.prog", &program, 1, 0, 0}, {"B.PRG", &program, 1, 0, 0},  {"c.Bank", &bank, 0, 1, 0},
+        {"d.bnk", &bank, 0, 1, 0},     {"e.CMAP", &map, 0, 0, 1},     {"f.txt", &program, 0, 0, 0},
+        {"noext", &program, 0, 0, 0},  {"g.prog.bak", &program, 0, 0, 0},
+        // The extension decides, not the contents: a bank named as a program fails as a program.
+        {"h.prog", &bank, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        plugin.programsApplied = plugin.banksReplaced = plugin.mapsApplied = 0;
+        plugin.statuses.clear();
+        const FileResult result = commands.loadDroppedFile(writeFile(c.name, *c.bytes));
+        EXPECT_EQ(plugin.programsApplied, c.programs) << c.name;
+        EXPECT_EQ(plugin.banksReplaced, c.banks) << c.name;
+        EXPECT_EQ(plugin.mapsApplied, c.maps) << c.name;
+        if (c.programs + c.banks + c.maps == 0) {
+            EXPECT_EQ(plugin.lastStatus().first, "File I/O error") << c.name;
+        }
+        if (c.bytes == &program && c.programs == 0) {
+            EXPECT_EQ(plugin.lastStatus(), Status("File I/O error", "Unknown file type")) << c.name;
+        }
+        EXPECT_EQ(result == FileResult::Ok, c.programs + c.banks + c.maps == 1) << c.name;
+    }
+    EXPECT_TRUE(dialogs.asked.empty());
+}
+
 }  // namespace
 }  // namespace tolvane

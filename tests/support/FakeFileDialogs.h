@@ -2,6 +2,7 @@
 // remember what was asked.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,9 +29,35 @@ public:
         asked.emplace_back(kind, true);
         return DialogChoice{outcome, path};
     }
+    // While set, a dialog started with startLoad/startSave stays open (its request has no answer yet).
+    bool waiting = false;
+
+    std::unique_ptr<DialogRequest> startLoad(FileKind kind) override { return start(kind, false); }
+    std::unique_ptr<DialogRequest> startSave(FileKind kind) override { return start(kind, true); }
+
     void choose(const std::string& chosen) {
         outcome = DialogChoice::Outcome::Chosen;
         path = chosen;
+    }
+
+private:
+    class OpenDialog : public DialogRequest {
+    public:
+        explicit OpenDialog(FakeFileDialogs& owner) : owner_(owner) {}
+        bool poll(DialogChoice& choice) override {
+            if (owner_.waiting) return false;
+            choice = DialogChoice{owner_.outcome, owner_.path};
+            return true;
+        }
+
+    private:
+        FakeFileDialogs& owner_;
+    };
+
+    std::unique_ptr<DialogRequest> start(FileKind kind, bool save) {
+        ++(save ? saves : loads);
+        asked.emplace_back(kind, save);
+        return std::make_unique<OpenDialog>(*this);
     }
 };
 

@@ -1,9 +1,12 @@
 #include "platform/linux/ZenityFileDialogs.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <signal.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -118,6 +121,44 @@ TEST_F(ZenityFileDialogsTest, UnavailableWithoutEitherProgram) {
     EXPECT_EQ(dialogs.openSave(FileKind::Bank).outcome, DialogChoice::Outcome::Unavailable);
     unsetenv("PATH");
     EXPECT_EQ(dialogs.openLoad(FileKind::ControllerMap).outcome, DialogChoice::Outcome::Unavailable);
+}
+
+// The dialog runs while the caller goes on: the request has no answer until the program prints one, and a
+// request dropped while the dialog is open ends the program.
+TEST_F(ZenityFileDialogsTest, AStartedDialogAnswersLaterAndEndsWhenDropped) {
+    const std::string zenity = bin.file("zenity");
+    {
+        std::ofstream script(zenity);
+        script << "#!/bin/sh\n"
+                  "echo $$ > \"$0.pid\"\n"
+                  "while [ ! -e \"$0.gate\" ]; do sleep 0.02; done\n"
+                  "printf '%s\\n' '/home/me/later.prog'\n";
+    }
+    chmod(zenity.c_str(), 0755);
+    auto pidOf = [&] {
+        int pid = 0;
+        for (int i = 0; i < 200 && pid == 0; ++i) {
+            std::ifstream(zenity + ".pid") >> pid;
+            if (pid == 0) usleep(10000);
+        }
+        return pid;
+    };
+
+    std::unique_ptr<DialogRequest> request = dialogs.startLoad(FileKind::Program);
+    DialogChoice choice;
+    ASSERT_GT(pidOf(), 0) << "the program runs";
+    EXPECT_FALSE(request->poll(choice)) << "no answer while the dialog is open";
+    std::ofstream(zenity + ".gate").put('x');
+    for (int i = 0; i < 300 && !request->poll(choice); ++i) usleep(10000);
+    EXPECT_EQ(choice.path, "/home/me/later.prog");
+
+    std::remove((zenity + ".gate").c_str());
+    std::remove((zenity + ".pid").c_str());
+    request = dialogs.startSave(FileKind::Program);
+    const int pid = pidOf();
+    ASSERT_GT(pid, 0);
+    request.reset();
+    EXPECT_NE(kill(pid, 0), 0) << "the dropped dialog's program has ended and been collected";
 }
 
 }  // namespace
