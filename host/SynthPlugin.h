@@ -91,6 +91,10 @@ public:
     // The editor announces itself when it is built: the effect record then reports an editor.
     void registerEditor(EditorBase* editor) override;
 
+    // A host that hands parameter changes over on its audio thread (control ports read at the start of a
+    // run) sets them here: applied at once, like a mapped controller, and shown without waiting.
+    void setParameterOnAudioThread(int index, float value) { setParameterFromMidi(index, value); }
+
     // Runs the setter of an index on the engine or the allocator (no editor feedback). Audio thread.
     void applyParameter(int index, float value);
     void applyProgramValues(const ProgramRecord& record);

@@ -10,6 +10,7 @@ packages=(
   libx11-dev libxtst-dev libxres-dev libcairo2-dev libfontconfig-dev fonts-liberation
   xvfb
   g++-mingw-w64-i686 g++-mingw-w64-x86-64 wine64 xdotool imagemagick
+  lv2-dev liblilv-dev lilv-utils serdi
   ardour  # tools/host-trial/ardour-session.sh: a session saved and reopened in a real host
 )
 

@@ -31,6 +31,8 @@ std::string renderUsage() {
            "Renders a MIDI file, or the built-in demo phrase, through a VST 2.x instrument to a WAV file.\n"
            "\n"
            "  --plugin PATH        plug-in module (default: Tolvane2.so next to this program)\n"
+           "  --lv2 BUNDLE         render the LV2 build instead: the bundle folder (e.g. build/Tolvane2.lv2);\n"
+           "                       --program then selects one of its presets (default: the first)\n"
            "  --midi FILE.mid      Standard MIDI File of format 0 or 1 (default: the demo phrase)\n"
            "  --out FILE.wav       output file (default: demo.wav)\n"
            "  --rate HZ            sample rate (default: 44100)\n"
@@ -71,6 +73,9 @@ const OptionRule kOptionRules[] = {
     {"--no-tempo", false, [](const std::string&, RenderOptions& o) -> const char* { o.tempo = 0.0; return nullptr; }},
     {"--plugin", true, [](const std::string& v, RenderOptions& o) -> const char* {
          return parsePath(v, o.pluginPath) ? nullptr : "expected a path";
+     }},
+    {"--lv2", true, [](const std::string& v, RenderOptions& o) -> const char* {
+         return parsePath(v, o.lv2BundlePath) ? nullptr : "expected a bundle folder";
      }},
     {"--midi", true, [](const std::string& v, RenderOptions& o) -> const char* {
          return parsePath(v, o.midiPath) ? nullptr : "expected a path";
@@ -178,6 +183,10 @@ bool parseRenderOptions(const std::vector<std::string>& args, RenderOptions& opt
             error = "invalid value \"" + value + "\" for " + name + ": " + expected;
             return false;
         }
+    }
+    if (!options.lv2BundlePath.empty() && (!options.pluginPath.empty() || !options.screenshotPath.empty())) {
+        error = "--lv2 renders the LV2 bundle and takes no --plugin or --screenshot";
+        return false;
     }
     if (!options.screenshotPath.empty() && !options.pluginPath.empty()) {
         error = "--screenshot draws the built-in synthesizer and takes no --plugin";

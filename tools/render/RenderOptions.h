@@ -11,6 +11,7 @@ namespace tolvane {
 
 struct RenderOptions {
     std::string pluginPath;  // empty: Tolvane2.so next to the executable
+    std::string lv2BundlePath;  // not empty: render this LV2 bundle instead of a VST 2.x module
     std::string midiPath;    // empty: the built-in demo phrase
     std::string outputPath = "demo.wav";
     double sampleRate = 44100.0;

@@ -11,6 +11,7 @@
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
 #include "tools/render/DemoPhrase.h"
+#include "tools/render/Lv2Render.h"
 #if defined(TOLVANE_SCREENSHOT)
 #include "tools/render/EditorScreenshot.h"
 #endif
@@ -248,6 +249,7 @@ int run(int argc, char** argv) {
             return fail("the MIDI file lasts " + std::to_string(music.seconds) + " s; give --length to render that much");
     }
     const auto totalFrames = static_cast<std::uint64_t>(std::llround(seconds * options.sampleRate));
+    if (!options.lv2BundlePath.empty()) return renderLv2(options, music.messages, totalFrames);
 
     const std::string pluginPath =
         options.pluginPath.empty() ? executableFolder(argv[0]) + "/Tolvane2.so" : options.pluginPath;
