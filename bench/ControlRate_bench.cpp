@@ -63,13 +63,13 @@ void BM_ControlGraphPerBlock(benchmark::State& state) {
     routeEverything(engine);
 
     int tick = 0;
-    allocator.beginEvents(0);
+    allocator.beginEvents(0, 0);
     for (int v = 0; v < voices; ++v) allocator.pushEvent(0, 0x90, static_cast<std::uint8_t>(36 + v), 100);
     allocator.processEvents(kBlockSize);
     controlBlock(engine, ++tick);
 
     for (auto _ : state) {
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         allocator.processEvents(kBlockSize);
         controlBlock(engine, ++tick);
         benchmark::DoNotOptimize(engine.controls().ampGain->instance(0)->value());

@@ -643,7 +643,8 @@ void SynthPlugin::suspend() { suspendPending_.store(true, std::memory_order_rele
 void SynthPlugin::resume() { wantEvents(); }
 
 int SynthPlugin::processEvents(const vst2::VstEvents* events) {
-    router_->beginEvents(pendingSamples_);
+    router_->beginEvents(pendingSamples_, framesSinceEvents_);
+    framesSinceEvents_ = 0;
     if (!events) return 1;
     for (int i = 0; i < events->numEvents; ++i) {
         const vst2::VstEvent* e = events->events[i];
@@ -738,6 +739,7 @@ template <bool Accumulate>
 void SynthPlugin::render(float** outputs, int frames) {
     if (frames <= 0 || !outputs || !outputs[0] || !outputs[1]) return;
     DenormalGuard denormals;
+    framesSinceEvents_ += frames > 0 ? static_cast<std::uint32_t>(frames) : 0u;
     startOfProcess();
     readHostTempo(true);
     float* left = outputs[0];

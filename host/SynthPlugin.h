@@ -180,6 +180,7 @@ private:
     std::uint32_t tick_ = 0;
     std::array<float, kNumParameters> applied_{};
     std::uint32_t pendingSamples_ = 0;
+    std::uint32_t framesSinceEvents_ = 0;  // host frames rendered since the last event list
     std::atomic<float> tempo_{-1.0f};
 
     LfoDisplay lfoDisplay_[2];

@@ -12,8 +12,9 @@ VoiceAllocator::VoiceAllocator(int voiceCount, int midiChannel) {
 
 VoiceAllocator::~VoiceAllocator() = default;
 
-void VoiceAllocator::beginEvents(std::uint32_t carriedSamples) {
-    queue_.clear();
+void VoiceAllocator::beginEvents(std::uint32_t carriedSamples, std::uint32_t elapsedSamples) {
+    queue_.erase(queue_.begin(), queue_.begin() + static_cast<std::ptrdiff_t>(readPosition_));
+    for (MidiEventEntry& e : queue_) e.position = e.position > elapsedSamples ? e.position - elapsedSamples : 0u;
     readPosition_ = 0;
     clock_ = carriedSamples;
 }

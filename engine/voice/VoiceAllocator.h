@@ -45,9 +45,12 @@ public:
     VoiceAllocator(int voiceCount, int midiChannel);
     ~VoiceAllocator() override;
 
-    // The host's event list for the coming buffer: clears the queue and sets the block clock to the
-    // samples carried over from the previous buffer. Events beyond the queue's capacity are dropped.
-    void beginEvents(std::uint32_t carriedSamples);
+    // The host's event list for the coming buffer: sets the block clock to the samples carried over from
+    // the previous buffer. Events of earlier lists that no block has reached yet (a buffer the carried
+    // samples covered whole) stay queued, moved back by the elapsedSamples the host took since the
+    // previous list and no earlier than the new buffer's start, so they play in the next block instead of
+    // being lost. Events beyond the queue's capacity are dropped.
+    void beginEvents(std::uint32_t carriedSamples, std::uint32_t elapsedSamples);
     bool pushEvent(std::uint32_t position, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     int queuedEvents() const { return static_cast<int>(queue_.size()); }
     int droppedEvents() const { return dropped_; }

@@ -101,7 +101,7 @@ struct LfoRig {
     int tick = 0;
 
     void block(int noteOn = -1) {
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         if (noteOn >= 0) allocator.pushEvent(0, 0x90, static_cast<std::uint8_t>(noteOn), 100);
         allocator.processEvents(64);
         lfo.output().updateInstances(++tick);

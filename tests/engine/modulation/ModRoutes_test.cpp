@@ -49,7 +49,7 @@ struct Rig {
         routes.addTarget(fmDepth, 16);
     }
     void notes(int velocity0, int velocity1) {
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         allocator.pushEvent(0, 0x90, 60, static_cast<std::uint8_t>(velocity0));
         allocator.pushEvent(0, 0x90, 62, static_cast<std::uint8_t>(velocity1));
         allocator.processEvents(64);

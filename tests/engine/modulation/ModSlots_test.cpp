@@ -24,7 +24,7 @@ struct Rig {
 
     Rig() { slots.setModulators(&env1, &env2, &lfo1, &lfo2); }
     void send(int status, int d1, int d2) {
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         allocator.pushEvent(0, static_cast<std::uint8_t>(status), static_cast<std::uint8_t>(d1),
                             static_cast<std::uint8_t>(d2));
         allocator.processEvents(64);

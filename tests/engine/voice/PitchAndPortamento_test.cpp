@@ -31,7 +31,7 @@ struct Rig {
     // One block: the events queued since the last block apply at its start.
     void block(int advance = 1) {
         allocator.processEvents(64);
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         tick += advance;
         portamento.output().updateInstances(tick);
         pitch.output().updateInstances(tick);

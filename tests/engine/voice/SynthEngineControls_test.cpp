@@ -24,7 +24,7 @@ struct EngineRig {
     }
     void block(int advance = 1) {
         allocator.processEvents(64);
-        allocator.beginEvents(0);
+        allocator.beginEvents(0, 0);
         tick += advance;
         engine.render(tick);
         // The audio units pull the targets of audible voices only; read every voice's targets here.

@@ -10,7 +10,7 @@ namespace {
 // Feeds events as the plug-in does: one host buffer, then one 64-sample block per call to block().
 class Driver {
 public:
-    explicit Driver(VoiceAllocator& a) : a_(a) { a_.beginEvents(0); }
+    explicit Driver(VoiceAllocator& a) : a_(a) { a_.beginEvents(0, 0); }
     Driver& on(int key, int vel = 100, int channel = 0) { return push(0x90 | channel, key, vel); }
     Driver& off(int key, int vel = 0, int channel = 0) { return push(0x80 | channel, key, vel); }
     Driver& cc(int c, int v) { return push(0xB0, c, v); }
@@ -20,7 +20,7 @@ public:
     }
     Driver& block() {
         a_.processEvents(64);
-        a_.beginEvents(0);
+        a_.beginEvents(0, 0);
         return *this;
     }
 
@@ -169,7 +169,7 @@ TEST(VoiceAllocator, PitchBendPressureAndChannelFilter) {
 
 TEST(VoiceAllocator, EventsTakeEffectAtTheStartOfTheirBlock) {
     VoiceAllocator a(2, -1);
-    a.beginEvents(10);  // 10 samples carried over from the previous buffer
+    a.beginEvents(10, 0);  // 10 samples carried over from the previous buffer
     a.pushEvent(5, 0x90, 60, 100);   // inside the carried samples
     a.pushEvent(73, 0x90, 62, 100);  // block 0 covers clock 10..73
     a.pushEvent(74, 0x90, 64, 100);
@@ -200,7 +200,7 @@ TEST(VoiceAllocator, AllNotesOffAndVoiceCountChangesSilence) {
 
 TEST(VoiceAllocator, QueueHasAFixedCapacity) {
     VoiceAllocator a(1, -1);
-    a.beginEvents(0);
+    a.beginEvents(0, 0);
     for (int i = 0; i < VoiceAllocator::kQueueCapacity + 10; ++i) a.pushEvent(0, 0xB0, 1, 1);
     EXPECT_EQ(a.queuedEvents(), VoiceAllocator::kQueueCapacity);
     EXPECT_EQ(a.droppedEvents(), 10);
