@@ -9,6 +9,7 @@
 
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
+#include "tools/render/ApplyFile.h"
 #include "tools/render/Lv2Host.h"
 #include "tools/render/WavWriter.h"
 #endif
@@ -31,38 +32,10 @@ std::string decibels(double level) {
     return text;
 }
 
-// A program, bank or controller-map file through the control ports (parameter index = port index).
+// A file through the control ports (parameter index = port index).
 bool applyFile(Lv2Host& host, const std::string& path, int program, std::string& error) {
-    FileBytes bytes;
-    FileResult result = readWholeFile(path, bytes);
-    if (result != FileResult::Ok) {
-        error = path + ": " + fileResultSecondLine(result);
-        return false;
-    }
-    auto setAll = [&](int first, const float* values, int count) {
-        for (int i = 0; i < count; ++i)
-            if (!host.setControl(first + i, values[i], error)) return false;
-        return true;
-    };
-    ProgramRecord record;
-    if (readProgramFile(bytes.data(), bytes.size(), record) == FileResult::Ok) {
-        std::printf("Loaded program \"%.31s\" from %s\n", record.name, path.c_str());
-        return setAll(0, record.values, kNumProgramValues);
-    }
-    BankPrograms bank;
-    if (readBankFile(bytes.data(), bytes.size(), bank) == FileResult::Ok) {
-        const ProgramRecord& chosen = bank.programs[(program < 0 ? 0 : program) % kProgramsPerBank];
-        std::printf("Loaded program \"%.31s\" of the bank %s\n", chosen.name, path.c_str());
-        return setAll(0, chosen.values, kNumProgramValues);
-    }
-    float maps[kNumMapValues];
-    result = readControllerMapFile(bytes.data(), bytes.size(), maps);
-    if (result == FileResult::Ok) {
-        std::printf("Loaded controller maps from %s\n", path.c_str());
-        return setAll(kFirstMapParameter, maps, kNumMapValues);
-    }
-    error = path + ": not a program, bank or controller-map file (" + fileResultSecondLine(result) + ")";
-    return false;
+    return applyFileValues(
+        path, program, [&host](int i, float v, std::string& e) { return host.setControl(i, v, e); }, error);
 }
 
 // The preset whose URI ends in the program number (three digits), as the bundle names them.

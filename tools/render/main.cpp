@@ -10,6 +10,7 @@
 
 #include "params/FileStorage.h"
 #include "params/ProgramFiles.h"
+#include "tools/render/ApplyFile.h"
 #include "tools/render/DemoPhrase.h"
 #include "tools/render/Lv2Render.h"
 #if defined(TOLVANE_SCREENSHOT)
@@ -50,39 +51,9 @@ const char* formatName(WavFormat format) {
     return "";
 }
 
-// Applies a program, bank or controller-map file through the plug-in's parameters: a program's 144
-// values, the selected program's record of a bank (program 0's without --program), or the 32 map values.
 bool applyFile(VstHost& host, const std::string& path, int program, std::string& error) {
-    FileBytes bytes;
-    FileResult result = readWholeFile(path, bytes);
-    if (result != FileResult::Ok) {
-        error = path + ": " + fileResultSecondLine(result);
-        return false;
-    }
-    auto setAll = [&](int first, const float* values, int count) {
-        for (int i = 0; i < count; ++i)
-            if (!host.setParameter(first + i, values[i], error)) return false;
-        return true;
-    };
-    ProgramRecord record;
-    if (readProgramFile(bytes.data(), bytes.size(), record) == FileResult::Ok) {
-        std::printf("Loaded program \"%.31s\" from %s\n", record.name, path.c_str());
-        return setAll(0, record.values, kNumProgramValues);
-    }
-    BankPrograms bank;
-    if (readBankFile(bytes.data(), bytes.size(), bank) == FileResult::Ok) {
-        const ProgramRecord& chosen = bank.programs[(program < 0 ? 0 : program) % kProgramsPerBank];
-        std::printf("Loaded program \"%.31s\" of the bank %s\n", chosen.name, path.c_str());
-        return setAll(0, chosen.values, kNumProgramValues);
-    }
-    float maps[kNumMapValues];
-    result = readControllerMapFile(bytes.data(), bytes.size(), maps);
-    if (result == FileResult::Ok) {
-        std::printf("Loaded controller maps from %s\n", path.c_str());
-        return setAll(kFirstMapParameter, maps, kNumMapValues);
-    }
-    error = path + ": not a program, bank or controller-map file (" + fileResultSecondLine(result) + ")";
-    return false;
+    return applyFileValues(
+        path, program, [&host](int i, float v, std::string& e) { return host.setParameter(i, v, e); }, error);
 }
 
 int fail(const std::string& message) {
@@ -221,9 +192,6 @@ void printReport(const RenderOptions& options, std::uint64_t totalFrames, const 
                     audioSeconds / cpuSeconds, cpuSeconds, audioSeconds);
     else
         std::printf("CPU real-time factor: not measurable (no processing time recorded)\n");
-    if (levels.nonFinite > 0)
-        std::printf("Warning: %llu samples were not finite and were written as 0\n",
-                    static_cast<unsigned long long>(levels.nonFinite));
     if (levels.peak > 1.0 && options.format != WavFormat::Float32) std::printf("Warning: the output clipped\n");
 }
 
