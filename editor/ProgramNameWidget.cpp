@@ -15,6 +15,7 @@ void ProgramNameWidget::attach(EditorFrame& frame) {
     ParamWidget::attach(frame);
     auto* field = new TextField(layout::find(layout::kStrip, layout::Widget::ProgramName)->at(0), this, 0, name_, nullptr, 0);
     applyTextLook(*field, kTextAlignLeft);
+    field->setMaxLength(kMaxNameLength);
     field_ = addControl(field);
 }
 

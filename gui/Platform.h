@@ -81,6 +81,7 @@ struct TextEditRequest {
     Color fontColor;
     Color backColor;
     int align = kTextAlignLeft;
+    int maxLength = 255;       // characters the edit accepts; typing stops there
 };
 
 // Told once when the edit ends (Return, keyboard focus lost, Escape). The listener normally destroys the

@@ -68,6 +68,7 @@ void TextField::takeFocus(Canvas* canvas) {
     request.fontColor = fontColor_;
     request.backColor = backColor_;
     request.align = align_;
+    request.maxLength = maxLength_;
     returnPressed_ = false;
     session_ = frame_->getNativeWindow()->beginTextEdit(request, *this);
     if (!session_ && frame_->getFocusView() == this) frame_->setFocusView(nullptr);
@@ -84,7 +85,7 @@ void TextField::loseFocus(Canvas*) {
     std::string edited = session->text();
     returnPressed_ = session->returnPressed();
     session.reset();
-    if (edited.size() > static_cast<std::size_t>(kMaxTextLength)) edited.resize(kMaxTextLength);
+    if (edited.size() > static_cast<std::size_t>(maxLength_)) edited.resize(static_cast<std::size_t>(maxLength_));
 
     if (edited != text_) {
         copyText(text_, edited.c_str());

@@ -28,6 +28,8 @@ public:
     virtual void getText(char* buffer) const;
 
     const char* text() const { return text_; }
+    // The most characters the field takes, while typing and when the edit ends (at most kMaxTextLength).
+    void setMaxLength(int length) { maxLength_ = length < 0 ? 0 : (length > kMaxTextLength ? kMaxTextLength : length); }
     bool isEditing() const { return session_ != nullptr; }
     bool wasReturnPressed() const { return returnPressed_; }
 
@@ -41,6 +43,7 @@ private:
     std::unique_ptr<TextEditSession> session_;
     std::int64_t lastClickTime_ = -1;
     bool returnPressed_ = false;
+    int maxLength_ = kMaxTextLength;
     EditFormatter editFormatter_ = nullptr;
     EditFormatterWithData editFormatterWithData_ = nullptr;
     void* editFormatterData_ = nullptr;

@@ -15,7 +15,6 @@
 namespace tolvane {
 namespace {
 
-constexpr std::size_t kMaxLength = 255;
 constexpr long kFieldEvents = ExposureMask | KeyPressMask | ButtonPressMask | FocusChangeMask;
 constexpr int kTextInset = 2;
 
@@ -32,7 +31,7 @@ char32_t keysymCodePoint(KeySym symbol) {
 
 LinuxTextEdit::LinuxTextEdit(LinuxWindow& owner, const TextEditRequest& request, TextEditListener& listener)
     : owner_(&owner), listener_(listener), request_(request), text_(request.text), original_(request.text) {
-    if (text_.size() > kMaxLength) text_.resize(kMaxLength);
+    if (text_.size() > maxLength()) text_.resize(maxLength());
     caret_ = text_.size();
     Display* display = owner.display();
     const Rect& area = request.area;
@@ -305,7 +304,7 @@ void LinuxTextEdit::handleEvent(XEvent& event) {
                             caret_ = 0;
                             allSelected_ = false;
                         }
-                        typed.resize(std::min(typed.size(), kMaxLength - std::min(kMaxLength, text_.size())));
+                        typed.resize(std::min(typed.size(), maxLength() - std::min(maxLength(), text_.size())));
                         text_.insert(caret_, typed);
                         caret_ += typed.size();
                     } else if ((event.xkey.state & ControlMask) && (symbol == XK_a || symbol == XK_A)) {

@@ -33,6 +33,7 @@ public:
     void detach();
 
 private:
+    std::size_t maxLength() const { return request_.maxLength > 0 ? static_cast<std::size_t>(request_.maxLength) : 0u; }
     void openInputContext(Display* display);
     void closeInputContext();
     // What a key press types, in Windows-1252 (empty for keys that type nothing), and its keysym.

@@ -24,6 +24,7 @@ Win32TextEdit::Win32TextEdit(Win32Window& owner, const TextEditRequest& request,
     if (!hwnd_) return;
     brush_ = CreateSolidBrush(RGB(request.backColor.red, request.backColor.green, request.backColor.blue));
     if (HFONT font = owner.font(request.font)) SendMessageA(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    SendMessageA(hwnd_, EM_LIMITTEXT, static_cast<WPARAM>(request.maxLength), 0);
     SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     controlProc_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(hwnd_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Win32TextEdit::editProc)));

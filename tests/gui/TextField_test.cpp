@@ -40,8 +40,9 @@ TEST_F(TextFieldTest, APressOpensTheEditFieldOverTheBoundsWithTheTextAndLook) {
     EXPECT_TRUE(field->isEditing());
 }
 
-TEST_F(TextFieldTest, ReturnWithChangedTextReportsOnceAndCutsItTo255Characters) {
+TEST_F(TextFieldTest, ReturnWithChangedTextReportsOnceAndCutsItToTheFieldsLimit) {
     window->press(Point{15, 25}, kLeftButton);
+    EXPECT_EQ(window->lastEditRequest().maxLength, 255);
     window->typeText(std::string(300, 'x'));
     window->finishEdit(true);
     EXPECT_FALSE(field->isEditing());
@@ -49,6 +50,14 @@ TEST_F(TextFieldTest, ReturnWithChangedTextReportsOnceAndCutsItTo255Characters) 
     EXPECT_TRUE(field->wasReturnPressed());
     EXPECT_EQ(listener.values.size(), 1u);
     EXPECT_EQ(frame->getFocusView(), nullptr);
+
+    // A program name's limit: the edit is told it, and what ends the edit keeps no more.
+    field->setMaxLength(24);
+    window->press(Point{15, 25}, kLeftButton);
+    EXPECT_EQ(window->lastEditRequest().maxLength, 24);
+    window->typeText(std::string(30, 'y'));
+    window->finishEdit(true);
+    EXPECT_EQ(std::string(field->text()), std::string(24, 'y'));
 }
 
 TEST_F(TextFieldTest, EndingWithTheSameTextReportsNothingButStillTellsTheParent) {
