@@ -424,13 +424,13 @@ void Win32Window::editClosed(Win32TextEdit* edit) {
     if (edit_ == edit) edit_ = nullptr;
 }
 
-HFONT Win32Window::font(const FontSpec& spec) {
-    auto key = std::make_tuple(std::string(spec.face ? spec.face : "Arial"), spec.size, spec.weight, spec.italic,
-                               spec.underline);
+HFONT Win32Window::font(const FontSpec& wanted) {
+    auto key = std::make_tuple(std::string(wanted.face ? wanted.face : "Arial"), wanted.size, wanted.weight, wanted.italic,
+                               wanted.underline);
     auto found = fonts_.find(key);
     if (found != fonts_.end()) return found->second;
     const bool symbol = std::get<0>(key) == "Symbol";
-    HFONT font = CreateFontA(-spec.size, 0, 0, 0, spec.weight, spec.italic, spec.underline, FALSE, 0,
+    HFONT font = CreateFontA(-wanted.size, 0, 0, 0, wanted.weight, wanted.italic, wanted.underline, FALSE, 0,
                              OUT_STRING_PRECIS, CLIP_STROKE_PRECIS, DEFAULT_QUALITY,
                              symbol ? (DEFAULT_PITCH | FF_DECORATIVE) : (VARIABLE_PITCH | FF_SWISS),
                              std::get<0>(key).c_str());

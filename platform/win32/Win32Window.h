@@ -43,7 +43,7 @@ public:
                                                    TextEditListener& listener) override;
 
     // Fonts live as long as the window: one GDI font per distinct request.
-    HFONT font(const FontSpec& spec);
+    HFONT font(const FontSpec& wanted);
     void editClosed(Win32TextEdit* edit);
     void filesDropped(const std::vector<std::string>& items, int kind, POINT screen);
 
