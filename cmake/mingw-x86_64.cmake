@@ -1,13 +1,4 @@
 # Cross build for 64-bit Windows with mingw-w64 (Debian g++-mingw-w64-x86-64).
-# The posix thread model gives the standard library its threads; it is linked statically.
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 set(TOLVANE_MINGW_TRIPLE x86_64-w64-mingw32)
-find_program(CMAKE_C_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-gcc-posix ${TOLVANE_MINGW_TRIPLE}-gcc REQUIRED)
-find_program(CMAKE_CXX_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-g++-posix ${TOLVANE_MINGW_TRIPLE}-g++ REQUIRED)
-find_program(CMAKE_RC_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-windres REQUIRED)
-set(CMAKE_FIND_ROOT_PATH /usr/${TOLVANE_MINGW_TRIPLE})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/MingwToolchain.cmake)

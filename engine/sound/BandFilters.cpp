@@ -1,12 +1,10 @@
 #include "engine/sound/BandFilters.h"
 
 #include "engine/sound/LookupTables.h"
-#include "engine/sound/Saturation.h"
+#include "engine/sound/FilterWalk.h"
 
 namespace tolvane {
 namespace {
-
-constexpr int kGroup = 16;
 
 struct Resonator {
     float g;
@@ -38,30 +36,21 @@ void BandPassFilter<kTwoSections>::design(float c, float r, float* out) const {
 // Transposed form of b (1, 0, -1): v = b x + s1; s1 = -a1 v + s2; s2 = -b x - a2 v.
 template <bool kTwoSections>
 void BandPassFilter<kTwoSections>::render(const float* x, float* y, int n, const Ramp& ramp) {
-    float b = ramp.from[0], a1 = ramp.from[1], a2 = ramp.from[2];
-    const float db = ramp.step[0], da1 = ramp.step[1], da2 = ramp.step[2];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float s1 = state_[0], s2 = state_[1], s3 = state_[2], s4 = state_[3];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            b += db;
-            a1 += da1;
-            a2 += da2;
-            level += dLevel;
-            float bx = b * x[j];
-            float v = bx + s1;
-            s1 = -a1 * v + s2;
-            s2 = -bx - a2 * v;
-            if constexpr (kTwoSections) {
-                float e = v;
-                v = e + s3;
-                s3 = -a1 * v + s4;
-                s4 = -e - a2 * v;
-            }
-            y[j] = saturate(v, level, knee);
+    walkFilterRamp<3>(ramp, n, [&](int j, const FilterStep<3>& s) {
+        const float b = s.c[0], a1 = s.c[1], a2 = s.c[2];
+        float bx = b * x[j];
+        float v = bx + s1;
+        s1 = -a1 * v + s2;
+        s2 = -bx - a2 * v;
+        if constexpr (kTwoSections) {
+            float e = v;
+            v = e + s3;
+            s3 = -a1 * v + s4;
+            s4 = -e - a2 * v;
         }
-    }
+        y[j] = s.saturate(v);
+    });
     state_[0] = s1;
     state_[1] = s2;
     state_[2] = s3;
@@ -86,45 +75,28 @@ void BandRejectFilter<kTwoSections>::design(float c, float r, float* out) const 
 // Transposed form of (b0, b1, b0): v = b0 x + s1; s1 = b1 x - a1 v + s2; s2 = b0 x - a2 v.
 template <bool kTwoSections>
 void BandRejectFilter<kTwoSections>::render(const float* x, float* y, int n, const Ramp& ramp) {
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float s1 = state_[0], s2 = state_[1], s3 = state_[2], s4 = state_[3];
     if constexpr (kTwoSections) {
-        float G = ramp.from[0], b1 = ramp.from[1], a1 = ramp.from[2], a2 = ramp.from[3];
-        const float dG = ramp.step[0], db1 = ramp.step[1], da1 = ramp.step[2], da2 = ramp.step[3];
-        for (int i = 0; i < n; i += kGroup) {
-            for (int j = i; j < i + kGroup; ++j) {
-                G += dG;
-                b1 += db1;
-                a1 += da1;
-                a2 += da2;
-                level += dLevel;
-                float gx = G * x[j];
-                float e = gx + s1;
-                s1 = b1 * gx - a1 * e + s2;
-                s2 = gx - a2 * e;
-                float v = e + s3;
-                s3 = b1 * e - a1 * v + s4;
-                s4 = e - a2 * v;
-                y[j] = saturate(v, level, knee);
-            }
-        }
+        walkFilterRamp<4>(ramp, n, [&](int j, const FilterStep<4>& s) {
+            const float G = s.c[0], b1 = s.c[1], a1 = s.c[2], a2 = s.c[3];
+            float gx = G * x[j];
+            float e = gx + s1;
+            s1 = b1 * gx - a1 * e + s2;
+            s2 = gx - a2 * e;
+            float v = e + s3;
+            s3 = b1 * e - a1 * v + s4;
+            s4 = e - a2 * v;
+            y[j] = s.saturate(v);
+        });
     } else {
-        float g = ramp.from[0], a1 = ramp.from[1], a2 = ramp.from[2];
-        const float dg = ramp.step[0], da1 = ramp.step[1], da2 = ramp.step[2];
-        for (int i = 0; i < n; i += kGroup) {
-            for (int j = i; j < i + kGroup; ++j) {
-                g += dg;
-                a1 += da1;
-                a2 += da2;
-                level += dLevel;
-                float gx = g * x[j];
-                float v = gx + s1;
-                s1 = a1 * x[j] - a1 * v + s2;
-                s2 = gx - a2 * v;
-                y[j] = saturate(v, level, knee);
-            }
-        }
+        walkFilterRamp<3>(ramp, n, [&](int j, const FilterStep<3>& s) {
+            const float g = s.c[0], a1 = s.c[1], a2 = s.c[2];
+            float gx = g * x[j];
+            float v = gx + s1;
+            s1 = a1 * x[j] - a1 * v + s2;
+            s2 = gx - a2 * v;
+            y[j] = s.saturate(v);
+        });
     }
     state_[0] = s1;
     state_[1] = s2;

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/sound/Saturation.h"
+#include "engine/sound/FilterWalk.h"
 
 namespace tolvane {
 namespace {
 
 constexpr float kSqrt2 = 1.41421356f;
-constexpr int kGroup = 16;
 
 // The high-pass types feed back the unlimited value. Near the largest resonance their resonant section
 // is barely damped, and a cutoff swept by tens of notes per block (a fast LFO at a large depth) pumps
@@ -43,22 +42,13 @@ void LowPass6::design(float c, float, float* out) const {
 }
 
 void LowPass6::render(const float* x, float* y, int n, const Ramp& ramp) {
-    float b = ramp.from[0], a = ramp.from[1];
-    const float db = ramp.step[0], da = ramp.step[1];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float z = state_[0];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            b += db;
-            a += da;
-            level += dLevel;
-            float bx = b * x[j];
-            float out = saturate(bx + z, level, knee);
-            z = bx + a * out;
-            y[j] = out;
-        }
-    }
+    walkFilterRamp<2>(ramp, n, [&](int j, const FilterStep<2>& s) {
+        float bx = s.c[0] * x[j];
+        float out = s.saturate(bx + z);
+        z = bx + s.c[1] * out;
+        y[j] = out;
+    });
     state_[0] = z;
 }
 
@@ -70,22 +60,13 @@ void HighPass6::design(float c, float, float* out) const {
 }
 
 void HighPass6::render(const float* x, float* y, int n, const Ramp& ramp) {
-    float b = ramp.from[0], a = ramp.from[1];
-    const float db = ramp.step[0], da = ramp.step[1];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float z = state_[0];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            b += db;
-            a += da;
-            level += dLevel;
-            float bx = b * x[j];
-            float v = bx + z;
-            y[j] = saturate(v, level, knee);
-            z = a * v - bx;
-        }
-    }
+    walkFilterRamp<2>(ramp, n, [&](int j, const FilterStep<2>& s) {
+        float bx = s.c[0] * x[j];
+        float v = bx + z;
+        y[j] = s.saturate(v);
+        z = s.c[1] * v - bx;
+    });
     state_[0] = z;
 }
 
@@ -108,26 +89,17 @@ void TwoPoleFilter<kHighPass>::design(float c, float r, float* out) const {
 template <bool kHighPass>
 void TwoPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ramp& ramp) {
     constexpr float kMid = kHighPass ? -2.0f : 2.0f;
-    float g = ramp.from[0], a1 = ramp.from[1], a2 = ramp.from[2];
-    const float dg = ramp.step[0], da1 = ramp.step[1], da2 = ramp.step[2];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float s1 = state_[0], s2 = state_[1];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            g += dg;
-            a1 += da1;
-            a2 += da2;
-            level += dLevel;
-            float gx = g * x[j];
-            float v = gx + s1;
-            float out = saturate(v, level, knee);
-            float f = kHighPass ? boundedFeedback(v) : out;
-            s1 = kMid * gx - a1 * f + s2;
-            s2 = gx - a2 * f;
-            y[j] = out;
-        }
-    }
+    walkFilterRamp<3>(ramp, n, [&](int j, const FilterStep<3>& s) {
+        const float g = s.c[0], a1 = s.c[1], a2 = s.c[2];
+        float gx = g * x[j];
+        float v = gx + s1;
+        float out = s.saturate(v);
+        float f = kHighPass ? boundedFeedback(v) : out;
+        s1 = kMid * gx - a1 * f + s2;
+        s2 = gx - a2 * f;
+        y[j] = out;
+    });
     state_[0] = s1;
     state_[1] = s2;
 }
@@ -153,29 +125,19 @@ void ThreePoleFilter<kHighPass>::design(float c, float r, float* out) const {
 template <bool kHighPass>
 void ThreePoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ramp& ramp) {
     constexpr float kSign = kHighPass ? -1.0f : 1.0f;
-    float G = ramp.from[0], p = ramp.from[1], a1 = ramp.from[2], a2 = ramp.from[3];
-    const float dG = ramp.step[0], dp = ramp.step[1], da1 = ramp.step[2], da2 = ramp.step[3];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float z = state_[0], s1 = state_[1], s2 = state_[2];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            G += dG;
-            p += dp;
-            a1 += da1;
-            a2 += da2;
-            level += dLevel;
-            float gx = G * x[j];
-            float e = gx + z;
-            z = kSign * gx + p * e;
-            float v = e + s1;
-            float out = saturate(v, level, knee);
-            float f = kHighPass ? boundedFeedback(v) : out;
-            s1 = 2.0f * kSign * e - a1 * f + s2;
-            s2 = e - a2 * f;
-            y[j] = out;
-        }
-    }
+    walkFilterRamp<4>(ramp, n, [&](int j, const FilterStep<4>& s) {
+        const float G = s.c[0], p = s.c[1], a1 = s.c[2], a2 = s.c[3];
+        float gx = G * x[j];
+        float e = gx + z;
+        z = kSign * gx + p * e;
+        float v = e + s1;
+        float out = s.saturate(v);
+        float f = kHighPass ? boundedFeedback(v) : out;
+        s1 = 2.0f * kSign * e - a1 * f + s2;
+        s2 = e - a2 * f;
+        y[j] = out;
+    });
     state_[0] = z;
     state_[1] = s1;
     state_[2] = s2;
@@ -200,32 +162,20 @@ void FourPoleFilter<kHighPass>::design(float c, float r, float* out) const {
 template <bool kHighPass>
 void FourPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ramp& ramp) {
     constexpr float kMid = kHighPass ? -2.0f : 2.0f;
-    float G = ramp.from[0], a11 = ramp.from[1], a21 = ramp.from[2], a12 = ramp.from[3], a22 = ramp.from[4];
-    const float dG = ramp.step[0], da11 = ramp.step[1], da21 = ramp.step[2], da12 = ramp.step[3],
-                da22 = ramp.step[4];
-    float level = ramp.level;
-    const float dLevel = ramp.levelStep, knee = ramp.knee;
     float s1 = state_[0], s2 = state_[1], s3 = state_[2], s4 = state_[3];
-    for (int i = 0; i < n; i += kGroup) {
-        for (int j = i; j < i + kGroup; ++j) {
-            G += dG;
-            a11 += da11;
-            a21 += da21;
-            a12 += da12;
-            a22 += da22;
-            level += dLevel;
-            float gx = G * x[j];
-            float e = gx + s1;
-            s1 = kMid * gx - a11 * e + s2;
-            s2 = gx - a21 * e;
-            float v = e + s3;
-            float out = saturate(v, level, knee);
-            float f = kHighPass ? boundedFeedback(v) : out;
-            s3 = kMid * e - a12 * f + s4;
-            s4 = e - a22 * f;
-            y[j] = out;
-        }
-    }
+    walkFilterRamp<5>(ramp, n, [&](int j, const FilterStep<5>& s) {
+        const float G = s.c[0], a11 = s.c[1], a21 = s.c[2], a12 = s.c[3], a22 = s.c[4];
+        float gx = G * x[j];
+        float e = gx + s1;
+        s1 = kMid * gx - a11 * e + s2;
+        s2 = gx - a21 * e;
+        float v = e + s3;
+        float out = s.saturate(v);
+        float f = kHighPass ? boundedFeedback(v) : out;
+        s3 = kMid * e - a12 * f + s4;
+        s4 = e - a22 * f;
+        y[j] = out;
+    });
     state_[0] = s1;
     state_[1] = s2;
     state_[2] = s3;

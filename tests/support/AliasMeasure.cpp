@@ -2,18 +2,24 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <memory>
+#include <vector>
 
 #include "engine/framework/ModuleGraph.h"
 #include "engine/framework/PolyModule.h"
 #include "engine/framework/ValueSource.h"
 #include "engine/sound/WaveGenerator.h"
+#include "tools/analyse/Fft.h"
 
 namespace tolvane {
 namespace measure {
+
+using analyse::fft;
+using analyse::kPi;
+
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 // Half the width of the window's main lobe, in bins, plus one bin of margin.
 constexpr int kLobeBins = 5;
 
@@ -23,29 +29,6 @@ double blackmanHarris(int n, int size) {
 }
 
 }  // namespace
-
-void fft(std::vector<std::complex<double>>& x) {
-    const std::size_t n = x.size();
-    for (std::size_t i = 1, j = 0; i < n; ++i) {
-        std::size_t bit = n >> 1;
-        for (; j & bit; bit >>= 1) j ^= bit;
-        j ^= bit;
-        if (i < j) std::swap(x[i], x[j]);
-    }
-    for (std::size_t length = 2; length <= n; length <<= 1) {
-        const std::complex<double> step = std::polar(1.0, -2.0 * kPi / static_cast<double>(length));
-        for (std::size_t start = 0; start < n; start += length) {
-            std::complex<double> w = 1.0;
-            for (std::size_t k = 0; k < length / 2; ++k) {
-                std::complex<double> even = x[start + k];
-                std::complex<double> odd = x[start + k + length / 2] * w;
-                x[start + k] = even + odd;
-                x[start + k + length / 2] = even - odd;
-                w *= step;
-            }
-        }
-    }
-}
 
 double AliasMeasurement::ratioDb() const { return 10.0 * std::log10(aliasEnergy / signalEnergy); }
 

@@ -8,14 +8,8 @@
 // energy, in dB.
 #pragma once
 
-#include <complex>
-#include <vector>
-
 namespace tolvane {
 namespace measure {
-
-// In-place radix-2 decimation-in-time FFT; the size must be a power of two.
-void fft(std::vector<std::complex<double>>& x);
 
 struct SweepSettings {
     double sampleRate = 44100.0;

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <complex>
 
+#include "tools/analyse/Fft.h"
+
 namespace tolvane::analyse {
 namespace {
-
-constexpr double kPi = 3.14159265358979323846;
 
 double keyHz(int key) { return 440.0 * std::pow(2.0, (key - 69) / 12.0); }
 
@@ -15,29 +15,6 @@ std::size_t at(double seconds, double rate, std::size_t size) {
     const double i = std::floor(seconds * rate + 0.5);
     if (i <= 0.0) return 0;
     return std::min(size, static_cast<std::size_t>(i));
-}
-
-// In-place radix-2 FFT; the size is a power of two.
-void fft(std::vector<std::complex<double>>& x) {
-    const std::size_t n = x.size();
-    for (std::size_t i = 1, j = 0; i < n; ++i) {
-        std::size_t bit = n >> 1;
-        for (; j & bit; bit >>= 1) j ^= bit;
-        j ^= bit;
-        if (i < j) std::swap(x[i], x[j]);
-    }
-    for (std::size_t len = 2; len <= n; len <<= 1) {
-        const std::complex<double> step = std::polar(1.0, -2.0 * kPi / static_cast<double>(len));
-        for (std::size_t i = 0; i < n; i += len) {
-            std::complex<double> w = 1.0;
-            for (std::size_t k = 0; k < len / 2; ++k) {
-                const std::complex<double> u = x[i + k], v = x[i + k + len / 2] * w;
-                x[i + k] = u + v;
-                x[i + k + len / 2] = u - v;
-                w *= step;
-            }
-        }
-    }
 }
 
 std::vector<float> monoSum(const Stereo& audio) {

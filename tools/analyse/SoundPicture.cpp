@@ -5,35 +5,14 @@
 #include <complex>
 #include <cstdio>
 
+#include "tools/analyse/Fft.h"
+
 namespace tolvane::analyse {
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr double kLowHz = 30.0, kHighHz = 18000.0;
 constexpr double kFloorDb = -100.0, kTopDb = -10.0;
 constexpr int kTitle = 26, kWave = 120, kSpectrum = 210, kGap = 8;
-
-void fftInPlace(std::vector<std::complex<double>>& x) {
-    const std::size_t n = x.size();
-    for (std::size_t i = 1, j = 0; i < n; ++i) {
-        std::size_t bit = n >> 1;
-        for (; j & bit; bit >>= 1) j ^= bit;
-        j ^= bit;
-        if (i < j) std::swap(x[i], x[j]);
-    }
-    for (std::size_t len = 2; len <= n; len <<= 1) {
-        const std::complex<double> step = std::polar(1.0, -2.0 * kPi / static_cast<double>(len));
-        for (std::size_t i = 0; i < n; i += len) {
-            std::complex<double> w = 1.0;
-            for (std::size_t k = 0; k < len / 2; ++k) {
-                const std::complex<double> u = x[i + k], v = x[i + k + len / 2] * w;
-                x[i + k] = u + v;
-                x[i + k + len / 2] = u - v;
-                w *= step;
-            }
-        }
-    }
-}
 
 // Dark blue through purple and orange to pale yellow.
 void heat(double t, double& r, double& g, double& b) {
@@ -130,7 +109,7 @@ void drawTake(cairo_t* cr, const Stereo& audio, const Take& take, double x0, dou
                                                        audio.right[static_cast<std::size_t>(k)]) - mean)
                                          : 0.0;
         }
-        fftInPlace(frame);
+        fft(frame);
         for (std::size_t i = 0; i < power.size(); ++i) power[i] = std::norm(frame[i]) * (4.0 / (size * size * 0.25));
         for (int row = 0; row < kSpectrum; ++row) {
             const double fHi = kLowHz * std::pow(kHighHz / kLowHz, 1.0 - static_cast<double>(row) / kSpectrum);
@@ -200,10 +179,10 @@ void drawSoundPicture(cairo_t* cr, const ProgramSound& sound) {
     cairo_restore(cr);
 }
 
-bool writeSoundPicture(const ProgramSound& sound, const std::string& path, std::string& error) {
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kPictureWidth, kPictureHeight);
-    cairo_t* cr = cairo_create(surface);
-    drawSoundPicture(cr, sound);
+namespace {
+
+// Ends the drawing and writes the surface as PNG; both are released either way.
+bool finishPng(cairo_surface_t* surface, cairo_t* cr, const std::string& path, std::string& error) {
     cairo_destroy(cr);
     const cairo_status_t status = cairo_surface_write_to_png(surface, path.c_str());
     cairo_surface_destroy(surface);
@@ -212,6 +191,15 @@ bool writeSoundPicture(const ProgramSound& sound, const std::string& path, std::
         return false;
     }
     return true;
+}
+
+}  // namespace
+
+bool writeSoundPicture(const ProgramSound& sound, const std::string& path, std::string& error) {
+    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kPictureWidth, kPictureHeight);
+    cairo_t* cr = cairo_create(surface);
+    drawSoundPicture(cr, sound);
+    return finishPng(surface, cr, path, error);
 }
 
 bool writeContactSheet(const std::vector<ProgramSound>& sounds, int columns, const std::string& path,
@@ -234,14 +222,7 @@ bool writeContactSheet(const std::vector<ProgramSound>& sounds, int columns, con
         drawSoundPicture(cr, sounds[i]);
         cairo_restore(cr);
     }
-    cairo_destroy(cr);
-    const cairo_status_t status = cairo_surface_write_to_png(surface, path.c_str());
-    cairo_surface_destroy(surface);
-    if (status != CAIRO_STATUS_SUCCESS) {
-        error = path + ": " + cairo_status_to_string(status);
-        return false;
-    }
-    return true;
+    return finishPng(surface, cr, path, error);
 }
 
 }  // namespace tolvane::analyse

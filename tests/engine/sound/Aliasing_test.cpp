@@ -6,6 +6,7 @@
 
 #include "engine/sound/WaveGenerator.h"
 #include "support/AliasMeasure.h"
+#include "tools/analyse/Fft.h"
 
 namespace tolvane {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 TEST(Aliasing, HighQualityIsAtLeastThirtyDecibelsCleanerThanLowForSawtoothAndPulse) {
     std::vector<std::complex<double>> tone(64);  // the measurement's FFT first: a tone lands in its bin
     for (int n = 0; n < 64; ++n) tone[static_cast<std::size_t>(n)] = std::cos(2 * M_PI * 5 * n / 64.0);
-    measure::fft(tone);
+    analyse::fft(tone);
     for (int k = 0; k < 64; ++k)
         ASSERT_NEAR(std::abs(tone[static_cast<std::size_t>(k)]), k == 5 || k == 59 ? 32.0 : 0.0, 1e-9);
 

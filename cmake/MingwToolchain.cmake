@@ -1,0 +1,11 @@
+# What both mingw-w64 cross builds share; the including file sets TOLVANE_MINGW_TRIPLE first.
+# The posix thread model gives the standard library its threads; it is linked statically.
+set(CMAKE_SYSTEM_NAME Windows)
+find_program(CMAKE_C_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-gcc-posix ${TOLVANE_MINGW_TRIPLE}-gcc REQUIRED)
+find_program(CMAKE_CXX_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-g++-posix ${TOLVANE_MINGW_TRIPLE}-g++ REQUIRED)
+find_program(CMAKE_RC_COMPILER NAMES ${TOLVANE_MINGW_TRIPLE}-windres REQUIRED)
+set(CMAKE_FIND_ROOT_PATH /usr/${TOLVANE_MINGW_TRIPLE})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
