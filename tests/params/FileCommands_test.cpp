@@ -112,30 +112,23 @@ TEST_F(FileCommandsTest, EachCommandAsksForItsFileCancelDoesNothingAndNoDialogIs
     EXPECT_FALSE(plugin.changed());
 }
 
+// What is loaded is checked by the round trips of the saved files below; here the statuses and the bank
+// replaced.
 TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
-    ProgramRecord record{};
-    record.setName("Loaded Pad");
-    record.values[33] = 0.9f;
-    dialogs.choose(writeFile("pad.prog", writeProgramFile(record)));
+    dialogs.choose(writeFile("pad.prog", writeProgramFile(ProgramRecord{})));
     commands.run(FileAction::Load, FileKind::Program);
     EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: A-1", ""));
-    ASSERT_EQ(plugin.programsApplied, 1);
-    EXPECT_STREQ(plugin.appliedProgram.name, "Loaded Pad");
-    EXPECT_EQ(plugin.appliedProgram.values[33], 0.9f);
+    EXPECT_EQ(plugin.programsApplied, 1);
     plugin.program = 511;
     commands.loadFile(FileKind::Program, folder.file("pad.prog"));
     EXPECT_EQ(plugin.lastStatus(), Status("Program loaded: D-128", ""));
 
-    float maps[32];
-    for (int i = 0; i < 32; ++i) maps[i] = (i + 0.5f) / 32.0f;
+    float maps[32] = {};
     commands.loadFile(FileKind::ControllerMap, writeFile("m.cmap", writeControllerMapFile(maps)));
     EXPECT_EQ(plugin.lastStatus(), Status("Controller Map loaded", ""));
-    ASSERT_EQ(plugin.mapsApplied, 1);
-    EXPECT_EQ(plugin.appliedMaps[31], maps[31]);
+    EXPECT_EQ(plugin.mapsApplied, 1);
 
-    auto bank = std::make_unique<BankPrograms>();
-    bank->programs[127].setName("Last");
-    const std::string bankPath = writeFile("b.bank", writeBankFile(*bank));
+    const std::string bankPath = writeFile("b.bank", writeBankFile(*std::make_unique<BankPrograms>()));
     // The bank of the current program is the one replaced, and named in the status.
     const struct { int program; int bank; const char* status; } banks[] = {
         {127, 0, "Bank A loaded"}, {511, 3, "Bank D loaded"}};
@@ -145,7 +138,6 @@ TEST_F(FileCommandsTest, LoadedFilesReachThePluginWithTheirStatus) {
         EXPECT_EQ(plugin.lastStatus(), Status(b.status, "")) << b.program;
         EXPECT_EQ(plugin.replacedBank, b.bank) << b.program;
     }
-    EXPECT_STREQ(plugin.replacedPrograms->programs[127].name, "Last");
 }
 
 TEST_F(FileCommandsTest, FailedLoadsChangeNothing) {

@@ -77,14 +77,6 @@ TEST(Formatters, PitchesTimesAndCounts) {
     expectTexts(ValueFormatter(), 0.25f, "0.2500", "", "0.2500");
 }
 
-TEST(Formatters, ControllerMapTargets) {
-    MapParameterFormatter target;
-    expectTexts(target, 0.995f, "-", "", "(not assigned)");
-    expectTexts(target, 1.0f, "-", "", "(not assigned)");
-    expectTexts(target, 0.985f, "M8 Sens", "", "Assignable Mod 8 Sens");
-    expectTexts(target, 0.825f, "Voulme", "", "Output Voulme");
-}
-
 class FakeLfo : public LfoDisplayState {
 public:
     float tempo() const override { return tempo_; }

@@ -115,6 +115,9 @@ TEST(ParameterTable, ValuesReadThroughTheirFormatters) {
         {MidiChannel, 0.0f, "OMNI", "OMNI"},
         {MapControl1 + 3, 1.0f, "learn", "Learn..."},
         {MapParameter1 + 2, 0.335f, "F.Freq", "Filter Cutoff Frequency"},
+        {MapParameter1, 0.985f, "M8 Sens", "Assignable Mod 8 Sens"},
+        {MapParameter1, 0.995f, "-", "(not assigned)"},
+        {MapParameter1, 1.0f, "-", "(not assigned)"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(table.longName(c.index));

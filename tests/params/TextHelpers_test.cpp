@@ -12,22 +12,23 @@
 namespace tolvane {
 namespace {
 
-struct FixedCase {
+// A number, its decimals (fixed point) or width (float), whether to sign it, and the text.
+struct Case {
     float x;
-    int decimals;
+    int digits;
     bool sign;
     const char* expected;
 };
 
 TEST(TextHelpers, FixedPointRoundsAndSigns) {
-    const FixedCase cases[] = {
+    const Case cases[] = {
         {7.0f, 2, true, "+7.00"},      {0.5f, 0, false, "1"},         {0.0f, 3, true, "+0.000"},
         {-0.004f, 2, false, "-0.00"}, {1e9f, 0, false, "+Huge!"},   {-1e9f, 0, true, "-Huge!"},
         {2e6f, 2, false, "+Huge!"},   {12345678.0f, 0, false, "12345678"}, {1e8f, 0, false, "+Huge!"},
     };
     char text[kNumberTextSize];
-    for (const FixedCase& c : cases) {
-        EXPECT_STREQ(fixedToText(text, c.x, c.decimals, c.sign), c.expected) << c.x << " / " << c.decimals;
+    for (const Case& c : cases) {
+        EXPECT_STREQ(fixedToText(text, c.x, c.digits, c.sign), c.expected) << c.x << " / " << c.digits;
     }
 }
 
@@ -46,15 +47,8 @@ TEST(TextHelpers, FixedPointAgreesWithPrintfAwayFromTies) {
     }
 }
 
-struct FloatCase {
-    float x;
-    int width;
-    bool sign;
-    const char* expected;
-};
-
 TEST(TextHelpers, FloatFillsTheWidth) {
-    const FloatCase cases[] = {
+    const Case cases[] = {
         {440.0f, 6, false, "440.00"}, {0.002f, 6, false, "0.0020"}, {22000.0f, 6, false, "22000"},
         {123456.0f, 6, false, "123456"}, {100.0f, 6, true, "+100.0"}, {-0.5f, 6, true, "-0.500"},
         {0.0f, 6, false, "0.0000"},   {5.0f, 1, false, "5"},        {0.25f, 8, false, "0.250000"},
@@ -62,8 +56,8 @@ TEST(TextHelpers, FloatFillsTheWidth) {
         {9.99999f, 6, false, "10.0000"},
     };
     char text[kNumberTextSize];
-    for (const FloatCase& c : cases) {
-        EXPECT_STREQ(floatToText(text, c.x, c.width, c.sign), c.expected) << c.x;
+    for (const Case& c : cases) {
+        EXPECT_STREQ(floatToText(text, c.x, c.digits, c.sign), c.expected) << c.x << " / " << c.digits;
     }
 }
 

