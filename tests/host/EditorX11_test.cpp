@@ -285,7 +285,7 @@ TEST_F(EditorInHostWindow, RealPointerAndKeyEventsTurnAKnobSwitchPagesAndChooseF
     }
     ASSERT_TRUE(idleUntil([&] { return automated() > 0; })) << "the focused knob did not take the key";
     EXPECT_EQ(static_cast<std::size_t>(automated()), callsFor(2, vst2::audioMasterAutomate).size());
-    EXPECT_LT(lastAutomated(2), std::min(1.0f, before + 0.2f));
+    EXPECT_LT(lastAutomated(2), std::min(1.0f, before + 0.2f)) << "Down turns the focused knob down";
 
     // A host whose idle comes late: the whole drag is over before the press is handled. The knob still
     // ends where the pointer was let go.

@@ -254,7 +254,8 @@ TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
     const Audio expected = render(reference, phrase, 2.5);
     const Audio actual = render(restored, phrase, 2.5);
     ASSERT_GT(rms(expected.left, 0, expected.left.size()), 1e-3);
-    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
+    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right)
+        << "the restored sound is program 7 with its controller map and the resonance port set last";
 }
 
 // A call shorter than the engine's 64-sample block may only deliver samples made before; the note-off it
