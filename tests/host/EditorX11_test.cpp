@@ -183,7 +183,6 @@ protected:
         std::vector<HostCall> automated = callsFor(index, vst2::audioMasterAutomate);
         return automated.empty() ? -1.0f : automated.back().value;
     }
-    // Waits until the page's background shows in the headers (where no control lies).
     // The editor of a synthesizer made in this process, drawn offscreen after prepare() ran on it: what the
     // window must show after the same steps.
     EditorPicture offscreen(int page, const std::function<void(vst2::AEffect*)>& prepare) {
@@ -235,18 +234,20 @@ protected:
     Window host = 0;
 };
 
-TEST_F(EditorInHostWindow, TheWindowShowsWhatTheOffscreenDrawingShows) {
-    const EditorPicture expected = offscreen(1, [](vst2::AEffect*) {});
-    ASSERT_EQ(openEditor(), 1);
-    ASSERT_NE(editorWindow(), 0u);
-    EXPECT_TRUE(shows(expected)) << differences(expected);
-    dispatch(vst2::effEditClose);
-    EXPECT_TRUE(children(host).empty());
-}
-
-TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMenu) {
+// Keys typed into the window follow the host's rule: only the control that has the focus (the knob
+// pressed last) gets them, and with none focused an arrow changes nothing.
+TEST_F(EditorInHostWindow, RealPointerAndKeyEventsTurnAKnobSwitchPagesAndChooseFromAMenu) {
     ASSERT_EQ(openEditor(), 1);
     ASSERT_TRUE(pageShown(1));
+    auto automated = [&] { return std::count_if(gCalls.begin(), gCalls.end(), [](const HostCall& c) {
+        return c.opcode == vst2::audioMasterAutomate; }); };
+    {
+        testing::XTestUser me;
+        me.moveTo(onScreen(Point{200, 20}));
+        for (KeySym arrow : {XK_Right, XK_Up, XK_Left, XK_Down}) me.key(arrow);
+    }
+    idleUntil([&] { return false; }, 300);
+    EXPECT_EQ(automated(), 0) << "an arrow with no knob focused moved a parameter";
     const float before = effect->getParameter(effect, 2);  // the program's "OSC1 Pulse Width"
 
     // Drag the knob 40 pixels upwards: +0.2.
@@ -275,6 +276,31 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     EXPECT_EQ(knobCalls.back().opcode, vst2::audioMasterEndEdit);
     EXPECT_EQ(callsFor(2, vst2::audioMasterBeginEdit).size(), 1u);
     EXPECT_NEAR(lastAutomated(2), std::min(1.0f, before + 0.2f), 1e-5);
+
+    // The dragged knob has the focus now: a key moves it and nothing else.
+    gCalls.clear();
+    {
+        testing::XTestUser me;
+        me.key(XK_Down);
+    }
+    ASSERT_TRUE(idleUntil([&] { return automated() > 0; })) << "the focused knob did not take the key";
+    EXPECT_EQ(static_cast<std::size_t>(automated()), callsFor(2, vst2::audioMasterAutomate).size());
+    EXPECT_LT(lastAutomated(2), std::min(1.0f, before + 0.2f)) << "Down turns the focused knob down";
+
+    // A host whose idle comes late: the whole drag is over before the press is handled. The knob still
+    // ends where the pointer was let go.
+    const float dropped = effect->getParameter(effect, 2);
+    gCalls.clear();
+    {
+        testing::XTestUser me;
+        me.moveTo(knob);
+        me.button(true);
+        me.moveTo(Point{knob.h, knob.v - 30});
+        me.button(false);
+    }
+    ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the late drag's press was not handled";
+    EXPECT_EQ(callsFor(2).front().opcode, vst2::audioMasterBeginEdit);
+    EXPECT_NEAR(lastAutomated(2), std::min(1.0f, dropped + 0.15f), 1e-5) << "the late drag";
 
     // The page 2 tab.
     {
@@ -306,27 +332,6 @@ TEST_F(EditorInHostWindow, RealPointerEventsTurnAKnobSwitchPagesAndChooseFromAMe
     EXPECT_TRUE(done) << "the menu choice did not arrive; last value " << lastAutomated(115);
     dispatch(vst2::effEditIdle);
     EXPECT_EQ(children(DefaultRootWindow(display)).size(), topLevel) << "the menu's windows are gone";
-    dispatch(vst2::effEditClose);
-}
-
-// A host whose idle comes late: the whole drag is over before the press is handled. The knob still ends
-// where the pointer was let go.
-TEST_F(EditorInHostWindow, ADragThatEndedBeforeTheHostIdledStillMovesTheKnob) {
-    ASSERT_EQ(openEditor(), 1);
-    ASSERT_TRUE(pageShown(1));
-    const float before = effect->getParameter(effect, 2);
-    {
-        testing::XTestUser me;
-        Point knob = onScreen(Point{65, 54});
-        me.moveTo(knob);
-        me.button(true);
-        me.moveTo(Point{knob.h, knob.v - 30});
-        me.button(false);
-    }
-    ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the press was not handled";
-    std::vector<HostCall> knobCalls = callsFor(2);
-    EXPECT_EQ(knobCalls.front().opcode, vst2::audioMasterBeginEdit);
-    EXPECT_NEAR(lastAutomated(2), std::min(1.0f, before + 0.15f), 1e-5);
     dispatch(vst2::effEditClose);
 }
 
@@ -398,38 +403,6 @@ TEST_F(EditorInHostWindow, OneClickOnTheProgramNumberOpensItsMenuAndChoosesNothi
     idleUntil([&] { return false; }, 200);
     EXPECT_EQ(dispatch(vst2::effGetProgram), 0) << "no program was chosen";
     EXPECT_TRUE(newTopLevels(display, before).empty()) << "Escape closed the menu";
-    dispatch(vst2::effEditClose);
-}
-
-// Keys typed into the window follow the host's rule: only the control that has the focus (the knob
-// pressed last) gets them, and with none focused an arrow changes nothing.
-TEST_F(EditorInHostWindow, KeysReachOnlyTheKnobPressedLast) {
-    ASSERT_EQ(openEditor(), 1);
-    ASSERT_TRUE(pageShown(1));
-    auto automated = [&] { return std::count_if(gCalls.begin(), gCalls.end(), [](const HostCall& c) {
-        return c.opcode == vst2::audioMasterAutomate; }); };
-    {
-        testing::XTestUser me;
-        me.moveTo(onScreen(Point{200, 20}));
-        for (KeySym arrow : {XK_Right, XK_Up, XK_Left, XK_Down}) me.key(arrow);
-    }
-    idleUntil([&] { return false; }, 300);
-    EXPECT_EQ(automated(), 0) << "an arrow with no knob focused moved a parameter";
-
-    const float before = effect->getParameter(effect, 2);
-    {
-        testing::XTestUser me;
-        me.click(onScreen(Point{65, 54}));
-    }
-    ASSERT_TRUE(idleUntil([&] { return ended(2); })) << "the knob was not pressed";
-    gCalls.clear();
-    {
-        testing::XTestUser me;
-        me.key(XK_Up);
-    }
-    ASSERT_TRUE(idleUntil([&] { return automated() > 0; })) << "the focused knob did not take the key";
-    EXPECT_EQ(static_cast<std::size_t>(automated()), callsFor(2, vst2::audioMasterAutomate).size());
-    EXPECT_NE(lastAutomated(2), before);
     dispatch(vst2::effEditClose);
 }
 

@@ -12,6 +12,7 @@
 
 #include "params/ParameterIds.h"
 #include "params/ParameterTable.h"
+#include "support/AudioAnalysis.h"
 #include "support/HostSession.h"
 #include "support/PluginFixture.h"
 
@@ -29,12 +30,6 @@ std::string firstBadSample(const std::vector<float>& left, const std::vector<flo
         for (float x : {left[i], right[i]})
             if (!(std::fabs(x) <= kLimit)) return "sample " + std::to_string(i) + " is " + std::to_string(x);
     return {};
-}
-
-double rms(const std::vector<float>& x, std::size_t from) {
-    double sum = 0.0;
-    for (std::size_t i = from; i < x.size(); ++i) sum += static_cast<double>(x[i]) * x[i];
-    return x.size() > from ? std::sqrt(sum / static_cast<double>(x.size() - from)) : 0.0;
 }
 
 void setParameter(PluginFixture& f, int index, float value) { f.effect->setParameter(f.effect, index, value); }
@@ -59,13 +54,14 @@ TEST(FiniteOutput, FastSweptHighPassAtFullResonanceStaysFiniteAndLaterNotesPlay)
 
             f.render(static_cast<int>(4.0f * rate), {{0x90, 24, 100}});
             ASSERT_EQ(firstBadSample(f.left, f.right), "") << where;
-            EXPECT_GT(rms(f.left, static_cast<std::size_t>(3.0f * rate)), 0.01) << where << ": the held note still sounds";
+            EXPECT_GT(testing::rms(f.left, static_cast<std::size_t>(3.0f * rate), f.left.size()), 0.01)
+                << where << ": the held note still sounds";
 
             f.render(static_cast<int>(rate), {{0x80, 24, 0}});
             ASSERT_EQ(firstBadSample(f.left, f.right), "") << where;
             f.render(static_cast<int>(0.5f * rate), {{0x90, 60, 100}});
             ASSERT_EQ(firstBadSample(f.left, f.right), "") << where;
-            EXPECT_GT(rms(f.left, 0), 0.01) << where << ": the next note plays";
+            EXPECT_GT(testing::rms(f.left, 0, f.left.size()), 0.01) << where << ": the next note plays";
         }
     }
 }

@@ -1,5 +1,6 @@
 // After start-up, rendering allocates nothing: not for notes, not for controller maps and learning,
-// not for program changes, voice-count changes or parameters handed over from other threads.
+// not for program changes, voice-count changes or parameters handed over from other threads, and not
+// with the whole engine at its largest.
 #include <gtest/gtest.h>
 
 #include "engine/voice/SynthEngine.h"
@@ -9,18 +10,20 @@ namespace tolvane {
 namespace {
 
 using testing::PluginFixture;
+using Midi = std::vector<std::array<unsigned char, 3>>;
 
 TEST(RenderAllocation, ProcessingAllocatesNothingAfterStartUp) {
     PluginFixture f;
     f.host.record = false;
+    auto set = [&](int index, float value) { f.effect->setParameter(f.effect, index, value); };
     // Map 1: controller 20 sets the number of voices; map 2 is armed for learning.
-    f.effect->setParameter(f.effect, 144, 20.5f / 129.0f);
-    f.effect->setParameter(f.effect, 160, 77.5f / 100.0f);
-    f.effect->setParameter(f.effect, 145, 1.0f);
+    set(144, 20.5f / 129.0f);
+    set(160, 77.5f / 100.0f);
+    set(145, 1.0f);
     f.render(256);  // warm-up: the first block applies the changes above
 
     f.allocationsWhileProcessing = 0;
-    std::vector<std::array<unsigned char, 3>> midi;
+    Midi midi;
     for (int round = 0; round < 4; ++round) {
         midi.clear();
         midi.push_back({0xB0, 20, 127});  // 64 voices
@@ -38,21 +41,16 @@ TEST(RenderAllocation, ProcessingAllocatesNothingAfterStartUp) {
         midi.push_back({0xB0, 0, static_cast<unsigned char>(round)});
         midi.push_back({0xB0, 123, 0});
         f.render(1000, midi);
-        f.effect->setParameter(f.effect, param::NumberOfVoices, round % 2 ? 1.0f : 0.0f);
-        f.effect->setParameter(f.effect, param::Unison, round % 2 ? 1.0f : 0.0f);
-        f.effect->setParameter(f.effect, param::FilterCutoff, 0.25f * round);
+        set(param::NumberOfVoices, round % 2 ? 1.0f : 0.0f);
+        set(param::Unison, round % 2 ? 1.0f : 0.0f);
+        set(param::FilterCutoff, 0.25f * round);
         f.dispatch(vst2::effSetProgram, 0, 64 + round);
         f.render(333);
     }
-    EXPECT_EQ(f.allocationsWhileProcessing, 0u);
-}
+    EXPECT_EQ(f.allocationsWhileProcessing, 0u) << "notes, maps, learning and program changes";
 
-// The whole engine at its largest: 64 voices sounding, every route and slot in use, the effect with
-// feedback, sync, FM, ring and noise, while programs and connections change between blocks.
-TEST(RenderAllocation, FullEngineWithEveryModulationAllocatesNothing) {
-    PluginFixture f;
-    f.host.record = false;
-    auto set = [&](int index, float value) { f.effect->setParameter(f.effect, index, value); };
+    // The whole engine at its largest: 64 voices sounding, every route and slot in use, the effect with
+    // feedback, sync, FM, ring and noise, while programs and connections change between blocks.
     auto everything = [&](int variant) {
         set(param::NumberOfVoices, 1.0f);
         set(param::Osc1Sync, 1.0f);
@@ -78,17 +76,14 @@ TEST(RenderAllocation, FullEngineWithEveryModulationAllocatesNothing) {
         set(param::EffectFeedback, 0.9f);
         set(param::EffectFeedbackConnection, variant % 2 ? 0.75f : 0.25f);
     };
-    everything(0);
-    f.render(512);
-    f.allocationsWhileProcessing = 0;
-    std::vector<std::array<unsigned char, 3>> notes;
+    Midi notes;
     for (int k = 0; k < 64; ++k) notes.push_back({0x90, static_cast<unsigned char>(32 + k), 100});
     for (int variant = 0; variant < 6; ++variant) {
         everything(variant);
-        f.render(2048, variant == 0 ? notes : std::vector<std::array<unsigned char, 3>>{{0xB0, 1, 90}});
+        f.render(2048, variant == 0 ? notes : Midi{{0xB0, 1, 90}});
         EXPECT_EQ(f.plugin->engine().amp().voiceSum().voicesRendered(), 64) << variant;
     }
-    EXPECT_EQ(f.allocationsWhileProcessing, 0u);
+    EXPECT_EQ(f.allocationsWhileProcessing, 0u) << "the whole engine at its largest";
 }
 
 }  // namespace

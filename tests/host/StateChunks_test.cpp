@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
@@ -40,16 +39,6 @@ Bytes getChunk(PluginFixture& f, int which) {
 
 vst2::intptr setChunk(PluginFixture& f, int which, Bytes bytes) {
     return f.dispatch(vst2::effSetChunk, which, static_cast<vst2::intptr>(bytes.size()), bytes.data());
-}
-
-void writeFile(const std::string& path, const FileBytes& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-}
-
-Bytes readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 // Everything a host can ask of an instance without rendering.
@@ -118,7 +107,7 @@ void shapeSession(PluginFixture& f, TempFolder& folder) {
         bank->programs[i].values[param::FilterResonance] = static_cast<float>(i) / 127.0f;
     }
     const std::string path = folder.file("session.bank");
-    writeFile(path, writeBankFile(*bank));
+    testing::writeContents(path, writeBankFile(*bank));
     f.dialogs->outcome = DialogChoice::Outcome::Chosen;
     f.dialogs->path = path;
     f.dispatch(vst2::effSetProgram, 0, static_cast<int>(EditorCommand::LoadBank));
@@ -182,7 +171,7 @@ TEST(StateChunks, AProgramChunkCarriesTheEditBufferAsAProgramFile) {
     original.dialogs->outcome = DialogChoice::Outcome::Chosen;
     original.dialogs->path = folder.file("edited.prog");
     original.dispatch(vst2::effSetProgram, 0, static_cast<int>(EditorCommand::SaveProgram));
-    EXPECT_EQ(chunk, readFile(folder.file("edited.prog"))) << "the bytes \"Save Program...\" writes";
+    EXPECT_EQ(chunk, testing::fileContents(folder.file("edited.prog"))) << "the bytes \"Save Program...\" writes";
 
     // Another instance on another program takes the sound and the name; its program number and its
     // bank stay.

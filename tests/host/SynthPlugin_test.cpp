@@ -2,7 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
-#include <fstream>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,13 +12,17 @@
 #include "params/FactoryBank.h"
 #include "params/ProgramFiles.h"
 #include "support/PluginFixture.h"
+#include "support/TempFolder.h"
 
 namespace tolvane {
 namespace {
 
 using testing::PluginFixture;
+using testing::TempFolder;
+using testing::writeContents;
 
-TEST(SynthPlugin, EffectRecordDescribesAStereoSynthWithEditor) {
+// What a host reads from the effect record and asks through the dispatcher before it renders anything.
+TEST(SynthPlugin, EffectRecordAndFixedAnswers) {
     PluginFixture f;
     const vst2::AEffect* e = f.effect;
     EXPECT_EQ(e->magic, 0x56737450);
@@ -32,10 +36,7 @@ TEST(SynthPlugin, EffectRecordDescribesAStereoSynthWithEditor) {
     EXPECT_EQ(e->initialDelay, 0);
     EXPECT_FLOAT_EQ(e->ioRatio, 1.0f);
     EXPECT_EQ(e->processDoubleReplacing, nullptr);
-}
 
-TEST(SynthPlugin, FixedAnswersAndTexts) {
-    PluginFixture f;
     struct Case {
         int opcode;
         vst2::intptr expected;
@@ -58,20 +59,15 @@ TEST(SynthPlugin, FixedAnswersAndTexts) {
     std::memset(text, 0, sizeof text);
     EXPECT_EQ(f.dispatch(vst2::effGetProductString, 0, 0, text), 0) << "the product string is filled but answers 0";
     EXPECT_STREQ(text, "Tolvane2");
-}
 
-TEST(SynthPlugin, CanDoIsExactAndCaseSensitive) {
-    PluginFixture f;
+    // canDo is exact and case-sensitive.
     auto canDo = [&](const char* s) { return f.dispatch(vst2::effCanDo, 0, 0, const_cast<char*>(s)); };
     EXPECT_EQ(canDo("receiveVstEvents"), 1);
     EXPECT_EQ(canDo("receiveVstMidiEvent"), 1);
     EXPECT_EQ(canDo("sendVstEvents"), -1);
     EXPECT_EQ(canDo(""), -1);
     EXPECT_EQ(canDo("receivevstevents"), -1);
-}
 
-TEST(SynthPlugin, OutputPinProperties) {
-    PluginFixture f;
     vst2::VstPinProperties pin{};
     EXPECT_EQ(f.dispatch(vst2::effGetOutputProperties, 0, 0, &pin), 1);
     EXPECT_STREQ(pin.label, "Tolvane2 L Out");
@@ -83,6 +79,14 @@ TEST(SynthPlugin, OutputPinProperties) {
     std::memset(&pin, 0x55, sizeof pin);
     EXPECT_EQ(f.dispatch(vst2::effGetOutputProperties, 2, 0, &pin), 0);
     EXPECT_EQ(static_cast<unsigned char>(pin.label[0]), 0x55) << "an unknown pin leaves the record untouched";
+
+    vst2::ERect* rect = nullptr;
+    EXPECT_EQ(f.dispatch(vst2::effEditGetRect, 0, 0, &rect), 1);
+    ASSERT_NE(rect, nullptr);
+    EXPECT_EQ(rect->top, 0);
+    EXPECT_EQ(rect->left, 0);
+    EXPECT_EQ(rect->bottom, 310);
+    EXPECT_EQ(rect->right, 718);
 }
 
 TEST(SynthPlugin, ParameterNamesLabelsAndDisplays) {
@@ -107,6 +111,9 @@ TEST(SynthPlugin, ParameterNamesLabelsAndDisplays) {
 
 TEST(SynthPlugin, TempoAwareDisplaysFollowTheHostTempo) {
     PluginFixture f;
+    const int polls = f.host.count(vst2::audioMasterGetTime);
+    f.render(300);
+    EXPECT_EQ(f.host.count(vst2::audioMasterGetTime), polls + 1) << "the tempo is asked once per host call";
     f.host.giveTime = false;
     f.render(64);
     EXPECT_FLOAT_EQ(f.plugin->tempo(), -1.0f);
@@ -208,35 +215,16 @@ TEST(SynthPlugin, ParametersReachTheEngineAtTheNextBlock) {
     EXPECT_EQ(f.plugin->router().voiceCount(), 1);
 }
 
-TEST(SynthPlugin, RendersOnASixtyFourSampleGrid) {
+// Where samples fall on the 64-sample grid is heard in PlayedSound.HostBlockSizeDoesNotChangeTheSound.
+TEST(SynthPlugin, ResumeAsksForMidiAndRestartsTheBlockCount) {
     PluginFixture f;
-    f.render(100);
-    EXPECT_EQ(f.plugin->tick(), 2u);
-    EXPECT_EQ(f.plugin->pendingSamples(), 28u);
-    f.render(20);
-    EXPECT_EQ(f.plugin->tick(), 2u);
-    EXPECT_EQ(f.plugin->pendingSamples(), 8u);
-    f.render(8);
-    EXPECT_EQ(f.plugin->pendingSamples(), 0u);
-    f.render(64);
-    EXPECT_EQ(f.plugin->tick(), 3u);
-    EXPECT_EQ(f.plugin->pendingSamples(), 0u);
-
+    f.render(300);
+    EXPECT_EQ(f.plugin->tick(), 5u);
     f.dispatch(vst2::effMainsChanged, 0, 0);
     f.dispatch(vst2::effMainsChanged, 0, 1);
     EXPECT_EQ(f.host.count(vst2::audioMasterWantMidi), 1);
     f.render(64);
     EXPECT_EQ(f.plugin->tick(), 1u) << "rendering starts again from tick 1 after suspend and resume";
-}
-
-TEST(SynthPlugin, HostTempoIsPolledOncePerCall) {
-    PluginFixture f;
-    int before = f.host.count(vst2::audioMasterGetTime);
-    f.render(300);
-    EXPECT_EQ(f.host.count(vst2::audioMasterGetTime), before + 1);
-    f.host.giveTime = false;
-    f.render(64);
-    EXPECT_FLOAT_EQ(f.plugin->tempo(), -1.0f);
 }
 
 TEST(SynthPlugin, MidiProgramChangeAndBankSelect) {
@@ -284,10 +272,8 @@ TEST(SynthPlugin, ControllerMapsAndLearn) {
     f.render(64);
     EXPECT_EQ(f.plugin->router().mapControl(1), 74);
     EXPECT_NEAR(f.effect->getParameter(f.effect, 145), 74.5f / 129.0f, 1e-6);
-}
 
-TEST(SynthPlugin, MapControlSkipsSustainAndAllNotesOff) {
-    PluginFixture f;
+    // A map set to sustain (64), all sound off (120) or all notes off (123) takes the next controller.
     f.effect->setParameter(f.effect, 144, 64.5f / 129.0f);
     f.effect->setParameter(f.effect, 145, 120.5f / 129.0f);
     f.effect->setParameter(f.effect, 146, 123.5f / 129.0f);
@@ -299,31 +285,23 @@ TEST(SynthPlugin, MapControlSkipsSustainAndAllNotesOff) {
     EXPECT_EQ(f.plugin->router().mapControl(3), 0);
 }
 
-class TempFile {
-public:
-    explicit TempFile(const std::string& name) : path_(std::string(::testing::TempDir()) + name) {}
-    ~TempFile() { std::remove(path_.c_str()); }
-    const std::string& path() const { return path_; }
-    void write(const FileBytes& bytes) {
-        std::ofstream out(path_, std::ios::binary);
-        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
-
-private:
-    std::string path_;
-};
-
-TEST(SynthPlugin, LoadingAProgramFileKeepsTheProgramNumber) {
+// The host's program numbers -3..-8 are the editor's file commands. The statuses and refusals of every
+// file kind are FileCommands' tests; here a loaded program keeps the plug-in's program number and a damaged
+// file leaves the edit buffer alone.
+TEST(SynthPlugin, FileCommandsLoadIntoTheCurrentProgram) {
     PluginFixture f;
+    TempFolder folder;
     ProgramRecord record = factoryProgram(0);
     record.setName("From File");
     record.values[param::FilterCutoff] = 0.25f;
-    TempFile file("plugin-load.prog");
-    file.write(writeProgramFile(record));
+    writeContents(folder.file("good.prog"), writeProgramFile(record));
+    FileBytes bytes = writeProgramFile(factoryProgram(5));
+    bytes[20 + 3] = 2;  // count 2
+    writeContents(folder.file("bad.prog"), bytes);
 
     f.dispatch(vst2::effSetProgram, 0, 200);
     f.dialogs->outcome = DialogChoice::Outcome::Chosen;
-    f.dialogs->path = file.path();
+    f.dialogs->path = folder.file("good.prog");
     f.dispatch(vst2::effSetProgram, 0, -3);
     std::string l1, l2;
     f.status(l1, l2);
@@ -334,38 +312,21 @@ TEST(SynthPlugin, LoadingAProgramFileKeepsTheProgramNumber) {
     char name[32];
     f.plugin->synthEditor().programName(name);
     EXPECT_STREQ(name, "From File");
-}
 
-TEST(SynthPlugin, FailedLoadChangesNothingAndMissingDialogIsReported) {
-    PluginFixture f;
-    TempFile file("plugin-bad.prog");
-    FileBytes bytes = writeProgramFile(factoryProgram(5));
-    bytes[20 + 3] = 2;  // count 2
-    file.write(bytes);
     f.plugin->synthEditor().setParameter(param::FilterCutoff, 0.3f);
-    f.dialogs->outcome = DialogChoice::Outcome::Chosen;
-    f.dialogs->path = file.path();
+    f.dialogs->path = folder.file("bad.prog");
     f.dispatch(vst2::effSetProgram, 0, -3);
-    std::string l1, l2;
     f.status(l1, l2);
-    EXPECT_EQ(l1, "File I/O error");
-    EXPECT_EQ(l2, "Invalid format");
+    EXPECT_EQ(l1 + " / " + l2, "File I/O error / Invalid format");
     EXPECT_FLOAT_EQ(f.plugin->synthEditor().value(param::FilterCutoff), 0.3f);
-
-    f.dialogs->outcome = DialogChoice::Outcome::Unavailable;
-    f.dispatch(vst2::effSetProgram, 0, -4);
-    f.status(l1, l2);
-    EXPECT_EQ(l1, "File I/O error");
-    EXPECT_EQ(l2, "No file dialog");
+    f.plugin->synthEditor().programName(name);
+    EXPECT_STREQ(name, "From File");
 
     f.dialogs->outcome = DialogChoice::Outcome::Cancelled;
-    f.plugin->synthEditor().showStatus("before", "cancel");
     f.dispatch(vst2::effSetProgram, 0, -5);
-    f.status(l1, l2);
-    EXPECT_EQ(l1, "") << "a command clears the status; a cancel shows nothing";
+    EXPECT_EQ(f.statusLine1(), "") << "a command clears the status; a cancel shows nothing";
 
-    // The host's numbers -3..-8 are the file commands (load and save of a program, bank and maps); other
-    // negative numbers are no command.
+    // Load and save of a program, bank and maps; other negative numbers are no command.
     f.dialogs->asked.clear();
     for (int command = -3; command >= -9; --command) f.dispatch(vst2::effSetProgram, 0, command);
     const std::vector<std::pair<FileKind, bool>> asked = {
@@ -385,10 +346,10 @@ TEST(SynthPlugin, BankRoundTripReplacesTheCurrentBank) {
         bank.programs[i].setName(name);
         bank.programs[i].values[param::FilterCutoff] = static_cast<float>(i) / 127.0f;
     }
-    TempFile file("plugin.bank");
-    file.write(writeBankFile(bank));
+    TempFolder folder;
+    writeContents(folder.file("in.bank"), writeBankFile(bank));
     f.dialogs->outcome = DialogChoice::Outcome::Chosen;
-    f.dialogs->path = file.path();
+    f.dialogs->path = folder.file("in.bank");
     f.dispatch(vst2::effSetProgram, 0, -4);
     EXPECT_EQ(f.statusLine1(), "Bank B loaded");
     char name[64];
@@ -399,52 +360,13 @@ TEST(SynthPlugin, BankRoundTripReplacesTheCurrentBank) {
     EXPECT_EQ(f.text(vst2::effGetProgramName), "Bank Sound 2") << "the current program is applied again";
     EXPECT_FLOAT_EQ(f.effect->getParameter(f.effect, param::FilterCutoff), 2.0f / 127.0f);
 
-    TempFile saved("plugin-saved.bank");
-    f.dialogs->path = saved.path();
+    f.dialogs->path = folder.file("out.bank");
     f.dispatch(vst2::effSetProgram, 0, -7);
     EXPECT_EQ(f.statusLine1(), "Bank B saved");
-    std::ifstream in(saved.path(), std::ios::binary);
-    FileBytes bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const FileBytes bytes = testing::fileContents(folder.file("out.bank"));
     BankPrograms back;
     ASSERT_EQ(readBankFile(bytes.data(), bytes.size(), back), FileResult::Ok);
     EXPECT_STREQ(back.programs[127].name, "Bank Sound 127");
-}
-
-TEST(SynthPlugin, EditorNameFieldRenamesTheCurrentProgram) {
-    PluginFixture f;
-    f.plugin->setProgramName("My Lavender");
-    EXPECT_EQ(f.text(vst2::effGetProgramName), "My Lavender");
-    char name[32];
-    f.plugin->synthEditor().programName(name);
-    EXPECT_STREQ(name, "My Lavender");
-    f.dispatch(vst2::effGetProgramNameIndexed, 0, 0, name);
-    EXPECT_STREQ(name, "My Lavender");
-}
-
-TEST(SynthPlugin, EditorAutomationReportsToTheHost) {
-    PluginFixture f;
-    f.plugin->setParameterAutomated(12, 0.3f);
-    ASSERT_EQ(f.host.count(vst2::audioMasterAutomate), 1);
-    for (const auto& c : f.host.calls)
-        if (c.opcode == vst2::audioMasterAutomate) {
-            EXPECT_EQ(c.index, 12);
-            EXPECT_FLOAT_EQ(c.opt, 0.3f);
-        }
-    f.plugin->beginEdit(12);
-    f.plugin->endEdit(12);
-    EXPECT_EQ(f.host.count(vst2::audioMasterBeginEdit), 1);
-    EXPECT_EQ(f.host.count(vst2::audioMasterEndEdit), 1);
-}
-
-TEST(SynthPlugin, EditorRectangle) {
-    PluginFixture f;
-    vst2::ERect* rect = nullptr;
-    EXPECT_EQ(f.dispatch(vst2::effEditGetRect, 0, 0, &rect), 1);
-    ASSERT_NE(rect, nullptr);
-    EXPECT_EQ(rect->top, 0);
-    EXPECT_EQ(rect->left, 0);
-    EXPECT_EQ(rect->bottom, 310);
-    EXPECT_EQ(rect->right, 718);
 }
 
 }  // namespace

@@ -219,7 +219,8 @@ TEST_F(Lv2Build, EachPresetSetsThePortsAndSoundsAsTheProgram) {
 
 // A session saved as text and restored into a fresh instance brings back the sound and what no port
 // holds. The plug-in changed program itself (MIDI program change) after the host last set the ports, so
-// the ports the session restores are older than the plug-in's state: the state must win.
+// the ports the session restores are older than the plug-in's state: the state must win. A port the host
+// sets just before saving, which the plug-in has not run with yet, is newer than the state: it must win.
 TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
     std::string error;
     Lv2Host saved;
@@ -229,6 +230,7 @@ TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
     render(saved, before, 1.5);
     SynthPlugin& original = static_cast<Lv2Plugin*>(saved.instanceHandle())->plugin();
     original.setProgramName("Session sound");
+    ASSERT_TRUE(saved.setControl(param::FilterResonance, 0.9f, error)) << error;
     std::string session;
     ASSERT_TRUE(saved.saveState(session, error)) << error;
     EXPECT_EQ(saved.control(param::FilterCutoff), 0.3f);  // the ports still hold the older sound
@@ -244,36 +246,16 @@ TEST_F(Lv2Build, SessionStateRestoresTheSoundIntoAFreshInstance) {
     ASSERT_TRUE(copy.getProgramNameIndexed(0, 7, name));
     EXPECT_STREQ(name, "Session sound");
 
-    // The same sound set up directly: program 7 and the controller map, which a program change keeps.
+    // The same sound set up directly: program 7, the controller map (which a program change keeps) and
+    // the port set last.
     Lv2Host reference;
-    loadLv2(reference, Session{7, {{param::MapControl1 + 6, 0.2f}}, 512, 120.0});
+    loadLv2(reference, Session{7, {{param::MapControl1 + 6, 0.2f}, {param::FilterResonance, 0.9f}}, 512, 120.0});
     const std::vector<MidiMessage> phrase = phraseUntil(2.0);
     const Audio expected = render(reference, phrase, 2.5);
     const Audio actual = render(restored, phrase, 2.5);
     ASSERT_GT(rms(expected.left, 0, expected.left.size()), 1e-3);
-    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
-}
-
-// A host may set a port and save before it runs the plug-in again: the session holds the port's new value
-// (the plug-in has not seen it), and reopening the session applies it.
-TEST_F(Lv2Build, SessionKeepsAPortSetJustBeforeSaving) {
-    std::string error;
-    Lv2Host saved;
-    loadLv2(saved, Session{5, {}, 512, 120.0});
-    render(saved, {}, 0.1);
-    ASSERT_TRUE(saved.setControl(param::FilterCutoff, 0.2f, error)) << error;
-    std::string session;
-    ASSERT_TRUE(saved.saveState(session, error)) << error;
-
-    Lv2Host restored;
-    ASSERT_TRUE(restored.load(TOLVANE_LV2_BUNDLE, kRate, 512, error)) << error;
-    ASSERT_TRUE(restored.restoreState(session, error)) << error;
-    Lv2Host reference;
-    loadLv2(reference, Session{5, {{param::FilterCutoff, 0.2f}}, 512, 120.0});
-    const std::vector<MidiMessage> phrase = phraseUntil(1.5);
-    const Audio expected = render(reference, phrase, 2.0);
-    const Audio actual = render(restored, phrase, 2.0);
-    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right);
+    EXPECT_TRUE(actual.left == expected.left && actual.right == expected.right)
+        << "the restored sound is program 7 with its controller map and the resonance port set last";
 }
 
 // A call shorter than the engine's 64-sample block may only deliver samples made before; the note-off it

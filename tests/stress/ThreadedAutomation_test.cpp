@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdio>
-#include <fstream>
 #include <random>
 #include <string>
 #include <thread>
@@ -16,6 +14,7 @@
 #include "params/FactoryBank.h"
 #include "params/ProgramFiles.h"
 #include "support/PluginFixture.h"
+#include "support/TempFolder.h"
 
 namespace tolvane {
 namespace {
@@ -24,16 +23,12 @@ using testing::PluginFixture;
 
 TEST(ThreadedAutomation, RenderingWhileOtherThreadsChangeEverything) {
     PluginFixture f;
-    std::string bankPath = std::string(::testing::TempDir()) + "stress.bank";
-    {
-        BankPrograms bank;
-        for (int i = 0; i < kProgramsPerBank; ++i) bank.programs[i] = factoryProgram(i);
-        FileBytes bytes = writeBankFile(bank);
-        std::ofstream out(bankPath, std::ios::binary);
-        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
+    testing::TempFolder folder;
+    BankPrograms bank;
+    for (int i = 0; i < kProgramsPerBank; ++i) bank.programs[i] = factoryProgram(i);
+    testing::writeContents(folder.file("stress.bank"), writeBankFile(bank));
     f.dialogs->outcome = DialogChoice::Outcome::Chosen;
-    f.dialogs->path = bankPath;
+    f.dialogs->path = folder.file("stress.bank");
     f.host.record = false;  // the fake host's call log is not thread-safe
 
     std::atomic<bool> stop{false};
@@ -96,7 +91,6 @@ TEST(ThreadedAutomation, RenderingWhileOtherThreadsChangeEverything) {
     audio.join();
     automation.join();
     interface.join();
-    std::remove(bankPath.c_str());
     EXPECT_GT(blocks.load(), 100);
 }
 
