@@ -21,6 +21,8 @@ public:
 
 protected:
     float circularDragValue(Point where, int buttons) override;
+    // The value comes from the distance dragged, so a fast flick is a large move, never a gap crossing.
+    bool circularDragFollowsAngle() const override { return false; }
     // The listener hears of the press at once, so that the host and the status lines show the parameter
     // before anything moves.
     void dragStarted(Canvas& canvas, int buttons) override;

@@ -158,9 +158,10 @@ void RotaryKnob::onMouseDown(Canvas& canvas, Point where) {
         } else {
             float next = circularDragValue(relative(p), buttons);
             float half = (max_ - min_) / 2.0f;
-            if (next - reference < -half) {
+            const bool gap = circularDragFollowsAngle();
+            if (gap && next - reference < -half) {
                 value_ = max_;
-            } else if (next - reference > half) {
+            } else if (gap && next - reference > half) {
                 value_ = min_;
             } else {
                 value_ = next;

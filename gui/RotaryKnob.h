@@ -29,6 +29,9 @@ protected:
     // The value a circular drag takes at a point (relative to the knob's top-left) with these buttons held;
     // the first call of a press gives the reference value. By default the value under the point.
     virtual float circularDragValue(Point where, int buttons);
+    // Whether that value follows the pointer's angle: then a jump of more than half the range between two
+    // polls means the pointer crossed the gap between the ends, and the value stays at the end it came from.
+    virtual bool circularDragFollowsAngle() const { return true; }
     // Called once a drag has begun (after the begin-edit), with the buttons of the press.
     virtual void dragStarted(Canvas& canvas, int buttons);
 

@@ -53,6 +53,18 @@ TEST_F(KnobTest, ShiftSlowsTheDragTenfoldAndChangingItNeverMakesTheValueJump) {
     for (std::size_t i = 1; i < sent.size(); ++i) EXPECT_LT(std::fabs(sent[i] - sent[i - 1]), 0.0201f) << i;
 }
 
+// The value follows the distance dragged, so a flick that moves far between two polls (a fast hand, a
+// late idle) is a large move in its own direction, never a jump to the opposite end.
+TEST_F(KnobTest, AFastFlickMovesAsFarAsItWent) {
+    const Point centre = centreOf(kPulseWidthKnob);
+    hostSets(2, 0.2f);
+    press(centre, kLeftButton, {PointerStep{Point{centre.h + 150, centre.v}, kLeftButton}});
+    EXPECT_NEAR(lastAutomated(2), 0.95f, 1e-5);
+    hostSets(2, 0.9f);
+    press(centre, kLeftButton, {PointerStep{Point{centre.h, centre.v + 120}, kLeftButton}});
+    EXPECT_NEAR(lastAutomated(2), 0.3f, 1e-5);
+}
+
 TEST_F(KnobTest, ControlClickResetsToTheMiddleAndTheRangeEndsHold) {
     hostSets(2, 0.9f);
     press(centreOf(kPulseWidthKnob), kLeftButton | kControlKey);
