@@ -24,6 +24,9 @@ public:
 
 protected:
     float masterIncrement() const { return wave::clampIncrement(inputValue(kMasterIncrement)); }
+    // Slave phase per master phase: where the slave stands when the master wraps a fraction past 0. A master
+    // that stands still never wraps, and the ratio is 0.
+    static float slavePerMaster(float f, float F) { return F > 0.0f ? f / F : 0.0f; }
     float master_;
 };
 
@@ -38,7 +41,7 @@ protected:
     void renderPlain() override {
         float f = blockIncrement();
         float F = masterIncrement();
-        float ratio = F > 0.0f ? f / F : 0.0f;
+        float ratio = slavePerMaster(f, F);
         float w0, ws;
         beginWidth(Shape::kPulse, w0, ws);
         Shape shape(f);
@@ -78,7 +81,7 @@ protected:
     void renderPlain() override {
         float f = blockIncrement();
         float F = masterIncrement();
-        float ratio = F > 0.0f ? f / F : 0.0f;
+        float ratio = slavePerMaster(f, F);
         float w0, ws;
         beginWidth(Shape::kPulse, w0, ws);
         const Shape shape(f);
