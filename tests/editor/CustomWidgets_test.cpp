@@ -16,8 +16,6 @@
 namespace tolvane {
 namespace {
 
-using testing::centreOf;
-
 class CustomWidgetsTest : public testing::EditorTest {
 protected:
     void click(int x, int y) { press(Point{x, y}); }
@@ -168,17 +166,6 @@ TEST_F(CustomWidgetsTest, ListMenusOpenWithTheirEntriesAndSendTheChosenOption) {
     for (std::size_t i = 0; i < shown.size(); ++i)
         EXPECT_EQ(shown[i].columnBreak, i > 0 && i % 28 == 0 && !shown[i].separator) << i;
     EXPECT_EQ(lastAutomated(99), optionValue(121, 138));
-
-    // Targets: "(not assigned)" is option 99.
-    hostSets(160, optionValue(33, 100));
-    window->setMenuChooser([&](const std::vector<MenuItem>& items) {
-        shown = items;
-        return itemWithText(items, "(not assigned)");
-    });
-    press(Point{560, 45});
-    EXPECT_EQ(shown.size(), 111u);
-    EXPECT_EQ(lastAutomated(160), 0.995f);
-    EXPECT_STREQ(dynamic_cast<ListMenuWidget*>(frame().widgetFor(160))->closedText(), "- - -");
 }
 
 TEST_F(CustomWidgetsTest, LearnShowsUntilTheNextControllerArrivesFromTheAudioThread) {
@@ -316,6 +303,8 @@ TEST_F(CustomWidgetsTest, PageTabsSwitchPagesWhoseWidgetsKeepFollowingTheHost) {
     EXPECT_EQ(frame().currentPage(), 1);
     EXPECT_TRUE(shows(skin::kPageTabsAndFile, area(626, 290, 42, 12), Point{42, 12}));
 
+    hostSets(83, 0.3f);  // slot 1's depth knob, shown: it uses the second strip
+    EXPECT_TRUE(shows(skin::kModKnobStrip, area(62, 43, 22, 22), Point{0, 22 * 38}));
     hostSets(2, 0.3f);  // page 1's knob, hidden
     click(600, 296);
     EXPECT_EQ(frame().currentPage(), 0);

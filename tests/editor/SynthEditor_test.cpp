@@ -27,7 +27,7 @@ TEST(SynthEditorWithoutWindow, OpeningAnswersZeroWhereNoWindowCanBeMade) {
     EXPECT_FALSE(plugin.plugin->synthEditor().isOpen());
 }
 
-TEST_F(SynthEditorTest, OpensOnPageOneWithTheStartupTextsEveryTime) {
+TEST_F(SynthEditorTest, OpensOnPageOneWithTheStartupTextsEveryTimeAndClosesWithThePlugIn) {
     EXPECT_EQ(window->width(), 718);
     EXPECT_EQ(window->height(), 310);
     EXPECT_EQ(window->parent(), &parentToken);
@@ -48,16 +48,15 @@ TEST_F(SynthEditorTest, OpensOnPageOneWithTheStartupTextsEveryTime) {
     EXPECT_EQ(frame().currentPage(), 0);
     EXPECT_STREQ(frame().statusLine(0)->text(), "Tolvane2");
     EXPECT_FLOAT_EQ(knob(2).getValue(), 0.4f);
-}
 
-TEST_F(SynthEditorTest, ClosingThePlugInWithTheEditorOpenClosesTheWindow) {
-    press(Point{420, 299});  // even while the name is being edited
+    // Closing the plug-in under an open editor closes the window, even while the name is being edited.
+    press(Point{420, 299});
     plugin.dispatch(vst2::effClose);
     EXPECT_EQ(platform.windowsAlive(), 0);
 }
 
-TEST_F(SynthEditorTest, IdleDrawsOnlyWhatChanged) {
-    const int passes = window->drawPasses();
+TEST_F(SynthEditorTest, IdleDrawsOnlyWhatChangedAndValuesFromTheAudioThreadWaitForIt) {
+    int passes = window->drawPasses();
     for (int i = 0; i < 20; ++i) editor().idle();
     EXPECT_EQ(window->drawPasses(), passes) << "nothing changed, nothing drawn";
 
@@ -66,14 +65,12 @@ TEST_F(SynthEditorTest, IdleDrawsOnlyWhatChanged) {
     for (int i = 0; i < 5; ++i) editor().idle();
     EXPECT_EQ(window->drawPasses(), passes + 1);
     EXPECT_TRUE(shows(skin::kKnobStrip, area(96, 43, 22, 22), Point{0, 22 * static_cast<int>(127.0 * editor().value(5))}));
-}
 
-TEST_F(SynthEditorTest, ChangesFromTheAudioThreadOnlyStoreUntilTheNextIdle) {
-    // Controller 7 drives "OSC1 Pulse Width" through map 1.
+    // Controller 7 drives "OSC1 Pulse Width" through map 1. The audio thread only stores the value.
     hostSets(144, 7.5f / 129);
     hostSets(160, 2.5f / 100);
     hostSets(2, 0.0f);
-    const int passes = window->drawPasses();
+    passes = window->drawPasses();
     plugin.render(256, {{0xB0, 7, 127}});
     EXPECT_EQ(plugin.allocationsWhileProcessing, 0u);
     EXPECT_FLOAT_EQ(editor().value(2), 1.0f) << "the model has the value";

@@ -47,22 +47,6 @@ protected:
     std::vector<std::string> journal;
 };
 
-TEST(ControlDirtyState, FollowsTheValueAndTheMarks) {
-    Control* control = new Control(Rect{0, 0, 10, 10}, nullptr, 0);
-    EXPECT_TRUE(control->isDirty()) << "a new control has never been drawn";
-    control->setDirty(false);
-    control->setValue(0.25f);
-    EXPECT_TRUE(control->isDirty());
-    control->setDirty(false);
-    EXPECT_FALSE(control->isDirty());
-    // Marking dirty must work for any value, -1 included.
-    control->setValue(-1.0f);
-    control->setDirty(false);
-    control->setDirty(true);
-    EXPECT_TRUE(control->isDirty());
-    control->release();
-}
-
 TEST_F(EditorFrameTest, IdleWaitsForThePaintThenRedrawsDirtyControlsOrOnlyTheModalView) {
     CountingControl* a = add(new CountingControl(Rect{0, 0, 10, 10}));
     CountingControl* b = add(new CountingControl(Rect{20, 0, 30, 10}));
@@ -76,9 +60,16 @@ TEST_F(EditorFrameTest, IdleWaitsForThePaintThenRedrawsDirtyControlsOrOnlyTheMod
     editor->idle();
     EXPECT_EQ(a->draws, 0);
     EXPECT_EQ(b->draws, 1);
+    // Marking redraws a control whatever its value, -1 included; a redraw clears the mark.
+    a->setValue(-1.0f);
+    editor->idle();
+    a->setDirty(true);
+    editor->idle();
+    EXPECT_EQ(a->draws, 2) << "marked at -1";
+    EXPECT_EQ(b->draws, 1);
     frame->setDirty(true);
     editor->idle();
-    EXPECT_EQ(a->draws, 1) << "a dirty frame redraws everything";
+    EXPECT_EQ(b->draws, 2) << "a dirty frame redraws everything";
 
     CountingControl* modal = add(new CountingControl(Rect{0, 0, 50, 50}));
     editor->idle();
@@ -91,24 +82,24 @@ TEST_F(EditorFrameTest, IdleWaitsForThePaintThenRedrawsDirtyControlsOrOnlyTheMod
     EXPECT_EQ(modal->draws, 1);
 }
 
-TEST_F(EditorFrameTest, PaintDrawsOnlyViewsThatMeetTheArea) {
-    add(new JournalView(Rect{0, 0, 10, 10}, "left", journal));
-    add(new JournalView(Rect{50, 0, 60, 10}, "right", journal));
-    window->paint(Rect{40, 0, 70, 20});
-    EXPECT_EQ(journal, (std::vector<std::string>{"right.draw"}));
-}
-
-TEST_F(EditorFrameTest, PressGoesToTheLastMouseEnabledChildUnderThePoint) {
+// Paint, presses and the wheel each reach only the views under them; presses the last mouse-enabled one.
+TEST_F(EditorFrameTest, PaintPressesAndWheelReachTheViewsUnderThem) {
     add(new JournalView(Rect{0, 0, 50, 50}, "under", journal));
     JournalView* over = add(new JournalView(Rect{20, 20, 80, 80}, "over", journal));
+    add(new JournalView(Rect{90, 0, 100, 10}, "right", journal));
+    window->paint(Rect{85, 0, 120, 20});
     window->press(Point{30, 30}, kLeftButton);
     window->press(Point{10, 10}, kLeftButton);
-    window->press(Point{90, 90}, kLeftButton);
+    window->press(Point{110, 90}, kLeftButton);
+    window->wheel(Point{95, 5}, 1.0f);
     over->setMouseEnabled(false);
     window->press(Point{30, 30}, kLeftButton);
-    // Edges belong to the view.
-    window->press(Point{50, 50}, kLeftButton);
-    EXPECT_EQ(journal, (std::vector<std::string>{"over.press", "under.press", "under.press", "under.press"}));
+    window->press(Point{50, 50}, kLeftButton);  // edges belong to the view
+    // From the host the wheel has no canvas and the point (0,0): the live pointer decides.
+    window->press(Point{10, 10}, 0);  // moves the pointer there
+    editor->onWheel(1.0f);
+    EXPECT_EQ(journal, (std::vector<std::string>{"right.draw", "over.press", "under.press", "right.wheel",
+                                                 "under.press", "under.press", "under.press", "under.wheel"}));
 }
 
 TEST_F(EditorFrameTest, ModalViewCapturesPressesAndOnlyOneIsAllowed) {
@@ -156,16 +147,6 @@ TEST_F(EditorFrameTest, KeysGoToFocusThenModalThenChildrenFromTheLast) {
     // Without a frame nothing handles keys.
     editor->close();
     EXPECT_EQ(editor->onKeyDown(key), -1);
-}
-
-TEST_F(EditorFrameTest, HostWheelGoesToTheViewUnderThePointer) {
-    add(new JournalView(Rect{0, 0, 50, 50}, "a", journal));
-    add(new JournalView(Rect{60, 0, 100, 50}, "b", journal));
-    window->wheel(Point{70, 10}, 1.0f);
-    // From the host: no canvas, point (0,0); the live pointer decides.
-    window->press(Point{10, 10}, 0);  // moves the pointer there (no button: nothing happens)
-    editor->onWheel(1.0f);
-    EXPECT_EQ(journal, (std::vector<std::string>{"b.wheel", "a.press", "a.wheel"}));
 }
 
 TEST_F(EditorFrameTest, AViewRemovedByItsOwnPressSurvivesTheCall) {

@@ -21,7 +21,7 @@ protected:
     RecordingListener listener;
 };
 
-TEST_F(PopupMenuTest, EntriesBecomeItemsWithSeparatorsTitlesGreyedAndChecks) {
+TEST_F(PopupMenuTest, EntriesBecomeItemsAndNoChoiceOrAMiddleButtonChangesNothing) {
     PopupMenuControl* menu = makeMenu(kCheckCurrentStyle);
     for (const char* text : {"-TTitle", "Alpha", "-", "-GGrey", "Beta"}) menu->addEntry(text);
     menu->setCurrent(2);  // counted without separators and titles: Alpha 0, Grey 1, Beta 2
@@ -39,7 +39,13 @@ TEST_F(PopupMenuTest, EntriesBecomeItemsWithSeparatorsTitlesGreyedAndChecks) {
     // Opened below the bounds' left edge, left button.
     EXPECT_EQ(window->lastMenuPosition(), (Point{20, 42}));
     EXPECT_FALSE(window->lastMenuRightButton());
-    EXPECT_TRUE(listener.values.empty()) << "closed without a choice";
+    EXPECT_EQ(menu->getLastResult(), -1) << "closed without a choice";
+    EXPECT_EQ(menu->getValue(), 4.0f) << "the value is the entry's index among all";
+    window->press(Point{30, 35}, kMiddleButton);
+    EXPECT_EQ(window->menusRun(), 1) << "a middle-button press does not open it";
+    menu->setValue(7.0f);
+    EXPECT_EQ(menu->getValue(), 4.0f) << "indices that are not entries are ignored";
+    EXPECT_TRUE(listener.values.empty());
 }
 
 TEST_F(PopupMenuTest, CurrentIndexWithAndWithoutSeparators) {
@@ -68,20 +74,6 @@ TEST_F(PopupMenuTest, NoColumnBreaksFromOneHundredSixtyEntries) {
     EXPECT_TRUE(breakPositions(big->buildMenu(owners)).empty());
     for (int i = 0; i < 41; ++i) big->removeEntry(0);
     EXPECT_EQ(breakPositions(big->buildMenu(owners)).size(), 5u) << "159 entries: breaks at 28, 56, 84, 112, 140";
-}
-
-TEST_F(PopupMenuTest, NoChoiceOrAMiddleButtonChangesNothing) {
-    PopupMenuControl* menu = makeMenu();
-    for (const char* text : {"zero", "one", "two"}) menu->addEntry(text);
-    menu->setCurrent(1);
-    window->press(Point{30, 35}, kLeftButton);
-    EXPECT_EQ(menu->getLastResult(), -1);
-    EXPECT_EQ(menu->getValue(), 1.0f);
-    window->press(Point{30, 35}, kMiddleButton);
-    EXPECT_EQ(window->menusRun(), 1) << "a middle-button press does not open it";
-    menu->setValue(7.0f);
-    EXPECT_EQ(menu->getValue(), 1.0f) << "indices that are not entries are ignored";
-    EXPECT_TRUE(listener.values.empty());
 }
 
 }  // namespace

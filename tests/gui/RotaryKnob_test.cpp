@@ -43,27 +43,6 @@ protected:
     RotaryKnob* knob = nullptr;
 };
 
-TEST_F(RotaryKnobTest, ShiftSlowsALinearDragWithoutMovingTheValueWhenPressedOrReleased) {
-    editor->setKnobMode(kLinearKnobMode);
-    knob->setValue(0.2f);
-    std::vector<PointerStep> steps = {
-        {Point{120, 20}, kLeftButton},               // 40 up at 1/200
-        {Point{120, 20}, kLeftButton | kShiftKey},   // Shift goes down, no movement
-        {Point{120, -10}, kLeftButton | kShiftKey},  // 30 up at 1/300
-        {Point{120, -10}, kLeftButton},              // Shift released, no movement
-        {Point{120, -40}, kLeftButton},              // 30 up at 1/200
-        {Point{120, -40}, 0},
-    };
-    window->press(Point{120, 60}, kLeftButton, steps);
-    const float a = 0.2f + 40.0f / 200.0f;
-    const float b = a + 30.0f / 300.0f;
-    const float c = b + 30.0f / 200.0f;
-    ASSERT_EQ(listener.values.size(), 3u) << "one change per movement, none when only Shift changes";
-    EXPECT_NEAR(listener.values[0], a, 1e-5);
-    EXPECT_NEAR(listener.values[1], b, 1e-5);
-    EXPECT_NEAR(listener.values[2], c, 1e-5);
-}
-
 TEST_F(RotaryKnobTest, CircularDragFollowsTheAngleAndStopsAtTheEndItCameFrom) {
     for (double degrees : {90.0, 0.0, 180.0, 200.0, 135.0, -30.0}) {
         knob->setValue(0.5f);

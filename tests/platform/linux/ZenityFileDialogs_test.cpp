@@ -89,13 +89,16 @@ TEST_F(ZenityFileDialogsTest, SaveAsksBeforeOverwritingAndAddsTheExtension) {
     EXPECT_EQ(argumentsOf("zenity")[1], "--title=Save Controller Map");
 }
 
-TEST_F(ZenityFileDialogsTest, NonZeroExitIsACancel) {
+TEST_F(ZenityFileDialogsTest, NonZeroExitOrNoPathIsACancelAndNoProgramIsUnavailable) {
+    EXPECT_EQ(dialogs.openLoad(FileKind::Program).outcome, DialogChoice::Outcome::Unavailable);
+    EXPECT_EQ(dialogs.openSave(FileKind::Bank).outcome, DialogChoice::Outcome::Unavailable);
     fakeProgram("zenity", "/tmp/half-typed.prog", 1);
     EXPECT_EQ(dialogs.openLoad(FileKind::Program).outcome, DialogChoice::Outcome::Cancelled);
     EXPECT_EQ(dialogs.openSave(FileKind::Program).outcome, DialogChoice::Outcome::Cancelled);
-    // Success without a path is no choice either.
     fakeProgram("zenity", "", 0);
     EXPECT_EQ(dialogs.openLoad(FileKind::Program).outcome, DialogChoice::Outcome::Cancelled);
+    unsetenv("PATH");
+    EXPECT_EQ(dialogs.openLoad(FileKind::ControllerMap).outcome, DialogChoice::Outcome::Unavailable);
 }
 
 TEST_F(ZenityFileDialogsTest, KdialogWhenThereIsNoZenity) {
@@ -114,13 +117,6 @@ TEST_F(ZenityFileDialogsTest, KdialogWhenThereIsNoZenity) {
 
     fakeProgram("kdialog", "", 1);
     EXPECT_EQ(dialogs.openLoad(FileKind::Bank).outcome, DialogChoice::Outcome::Cancelled);
-}
-
-TEST_F(ZenityFileDialogsTest, UnavailableWithoutEitherProgram) {
-    EXPECT_EQ(dialogs.openLoad(FileKind::Program).outcome, DialogChoice::Outcome::Unavailable);
-    EXPECT_EQ(dialogs.openSave(FileKind::Bank).outcome, DialogChoice::Outcome::Unavailable);
-    unsetenv("PATH");
-    EXPECT_EQ(dialogs.openLoad(FileKind::ControllerMap).outcome, DialogChoice::Outcome::Unavailable);
 }
 
 // The dialog runs while the caller goes on: the request has no answer until the program prints one, and a
