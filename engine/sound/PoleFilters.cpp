@@ -19,6 +19,19 @@ constexpr float kFeedbackCeiling = 1.0e4f;
 
 inline float boundedFeedback(float v) { return std::min(std::max(v, -kFeedbackCeiling), kFeedbackCeiling); }
 
+// The resonant section every type from 12 dB up ends in: transposed form with numerator (1, mid, 1),
+// v = in + s1; s1 = mid in - a1 f + s2; s2 = in - a2 f. The fed-back f is the limited output for low-pass
+// and the unlimited value, bounded, for high-pass. Answers the limited output.
+template <bool kHighPass, class Step>
+inline float resonantSection(float in, float mid, float a1, float a2, float& s1, float& s2, const Step& step) {
+    float v = in + s1;
+    float out = step.saturate(v);
+    float f = kHighPass ? boundedFeedback(v) : out;
+    s1 = mid * in - a1 * f + s2;
+    s2 = in - a2 * f;
+    return out;
+}
+
 // One biquad section of the bilinear family: P = C w^2, Q = -B w for the prototype C / (s^2 + B s + C).
 struct Biquad {
     float a1;
@@ -91,14 +104,7 @@ void TwoPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ram
     constexpr float kMid = kHighPass ? -2.0f : 2.0f;
     float s1 = state_[0], s2 = state_[1];
     walkFilterRamp<3>(ramp, n, [&](int j, const FilterStep<3>& s) {
-        const float g = s.c[0], a1 = s.c[1], a2 = s.c[2];
-        float gx = g * x[j];
-        float v = gx + s1;
-        float out = s.saturate(v);
-        float f = kHighPass ? boundedFeedback(v) : out;
-        s1 = kMid * gx - a1 * f + s2;
-        s2 = gx - a2 * f;
-        y[j] = out;
+        y[j] = resonantSection<kHighPass>(s.c[0] * x[j], kMid, s.c[1], s.c[2], s1, s2, s);
     });
     state_[0] = s1;
     state_[1] = s2;
@@ -131,12 +137,7 @@ void ThreePoleFilter<kHighPass>::render(const float* x, float* y, int n, const R
         float gx = G * x[j];
         float e = gx + z;
         z = kSign * gx + p * e;
-        float v = e + s1;
-        float out = s.saturate(v);
-        float f = kHighPass ? boundedFeedback(v) : out;
-        s1 = 2.0f * kSign * e - a1 * f + s2;
-        s2 = e - a2 * f;
-        y[j] = out;
+        y[j] = resonantSection<kHighPass>(e, 2.0f * kSign, a1, a2, s1, s2, s);
     });
     state_[0] = z;
     state_[1] = s1;
@@ -169,12 +170,7 @@ void FourPoleFilter<kHighPass>::render(const float* x, float* y, int n, const Ra
         float e = gx + s1;
         s1 = kMid * gx - a11 * e + s2;
         s2 = gx - a21 * e;
-        float v = e + s3;
-        float out = s.saturate(v);
-        float f = kHighPass ? boundedFeedback(v) : out;
-        s3 = kMid * e - a12 * f + s4;
-        s4 = e - a22 * f;
-        y[j] = out;
+        y[j] = resonantSection<kHighPass>(e, kMid, a12, a22, s3, s4, s);
     });
     state_[0] = s1;
     state_[1] = s2;
